@@ -3,6 +3,9 @@
 
 // Everything Zu declares.
 #include <zu/export.h>
+#include <zu/alloc.h>
+#include <zu/pool.h>
 #include <zu/string.h>
+#include <zu/i18n.h>
 
 #endif
