@@ -63,9 +63,13 @@ private:
     ZuMemoryManager();
 
     void* carve(size_t rounded);
+
     // Returns the chunks at process exit when no cell is outstanding, and switches the
     // manager off so that any later request goes to ZuMalloc/ZuFree.
-    static void ReleaseChunksAtExit();
+    struct ExitHook {
+        ~ExitHook();
+    };
+    static ExitHook _exitHook;
 
     void* _freeLists[9];      // head k: free cells of 8 * (k + 1) bytes; the ninth is unused
     char* _current;           // first unused byte of the current chunk
