@@ -10,5 +10,6 @@
 #include <zu/hash.h>
 #include <zu/string.h>
 #include <zu/i18n.h>
+#include <zu/xml.h>
 
 #endif
