@@ -13,8 +13,10 @@
 #include <zu/export.h>
 #include <zu/list.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <iosfwd>
+#include <new>
 
 class ZuXmlDocumentI;
 class ZuXmlNodeIteratorI;
@@ -88,6 +90,13 @@ public:
     };
 
     virtual ~ZuXmlNodeI();
+    // Nodes (and subclasses) of up to 128 bytes come from per-size free lists carved
+    // from large chunks; larger ones from malloc. Null when memory runs out.
+    static void* operator new(size_t size) noexcept;
+    static void* operator new(size_t size, const std::nothrow_t&) noexcept;
+    static void* operator new(size_t, void* place) noexcept { return place; }
+    static void operator delete(void* p, size_t size);
+
     // The node kind, 0 to 6.
     virtual unsigned int getType() const = 0;
     // Writes the node as XML text.
@@ -614,6 +623,7 @@ private:
     bool useUtf16(unsigned int bytes, bool swap, bool marked);
     bool useUtf8(const unsigned char* bytes, unsigned int count);
     void releaseBlocks();
+    static void releaseBlock(void*& block, unsigned int used);
     void parseDocument();
 
     // Reading primitives.
@@ -670,6 +680,7 @@ private:
 
     const unsigned short* _end;      // _text + _length; a 0 unit is kept there
     void* _scratchBlock;             // pool block for temporary UTF-8 text
+    unsigned int _scratchSize;       // largest size asked of the scratch block
     unsigned int _depth;             // open elements
     const unsigned short* _linePos;  // line-number cache: a position and its line
     int _line;

@@ -82,24 +82,31 @@ ZuXmlElement::~ZuXmlElement() {
     _attributes.apply(deleteNode, nullptr);
     _attributes.clear();
     // Deep trees are deleted without deep recursion: the children of a plain ZuXmlElement
-    // child are moved to the end of this list before that child is deleted.
-    for (Zu_List::Cell* c = _children._first; c; c = c->_next) {
-        ZuXmlNodeI* node = static_cast<ZuXmlNodeI*>(c->_value);
+    // child are moved to the end of this chain before that child is deleted. Each cell is
+    // freed as it is passed.
+    _children.e();
+    Zu_List::Cell* cell = _children._first;
+    Zu_List::Cell* last = _children._last;
+    _children._first = _children._last = nullptr;
+    _children._length = 0;
+    while (cell) {
+        ZuXmlNodeI* node = static_cast<ZuXmlNodeI*>(cell->_value);
         if (node && typeid(*node) == typeid(ZuXmlElement)) {
             Zu_List& grandChildren = static_cast<ZuXmlElement*>(node)->_children;
             if (grandChildren._first) {
                 grandChildren.e();
-                _children._last->_next = grandChildren._first;
-                _children._last = grandChildren._last;
-                _children._length += grandChildren._length;
+                last->_next = grandChildren._first;
+                last = grandChildren._last;
                 grandChildren._first = grandChildren._last = nullptr;
                 grandChildren._length = 0;
             }
         }
-        c->_value = nullptr;
+        Zu_List::Cell* next = cell->_next;
+        cell->_next = nullptr;
+        delete cell;
         delete node;
+        cell = next;
     }
-    _children.clear();
     delete[] _tag;
 }
 

@@ -5,7 +5,12 @@
 #include <zu/i18n.h>
 #include <zu/pool.h>
 
+#include <cstdint>
+#include <cstring>
 #include <istream>
+
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace {
 
@@ -13,7 +18,46 @@ const unsigned Chunk = 2048;
 // Inputs beyond this cannot be held in a pool block with room for the decoding.
 const unsigned LargestInput = 0x3FFFF000u;
 
+// Continuation bytes after a lead byte, as the UTF-8 conversion counts them.
+unsigned extraBytes(unsigned char lead) {
+    if (lead < 0xC0)
+        return 0;
+    if (lead < 0xE0)
+        return 1;
+    if (lead < 0xF0)
+        return 2;
+    if (lead < 0xF8)
+        return 3;
+    return lead < 0xFC ? 4 : 5;
+}
+
+// Gives the pages of a large block back to the system (the block stays in the pool,
+// and reads as zeros when reused): a parse of a big document should not leave its
+// buffers resident.
+// Only the bytes used (at most the capacity) are concerned, and only from 1 MB up, so
+// that small documents do not pay for the system calls.
+void dropPages(void* block, unsigned used) {
+    const ZuMemoryPool::Block* b = static_cast<const ZuMemoryPool::Block*>(block);
+    if (!b || !b->_data || used < (1u << 20))
+        return;
+    if (used > b->_size)
+        used = b->_size;
+    const uintptr_t page = uintptr_t(sysconf(_SC_PAGESIZE));
+    const uintptr_t begin = (uintptr_t(b->_data) + page - 1) & ~(page - 1);
+    const uintptr_t end = (uintptr_t(b->_data) + used) & ~(page - 1);
+    if (end > begin)
+        madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED);
+}
+
 } // namespace
+
+void ZuXmlParser::releaseBlock(void*& block, unsigned int used) {
+    if (!block)
+        return;
+    dropPages(block, used);
+    ZuCharPool::_Pool.release(block);
+    block = nullptr;
+}
 
 bool ZuXmlParser::fillBuffer(std::istream& in) {
     ZuMemoryPool& pool = ZuCharPool::_Pool;
@@ -87,22 +131,39 @@ bool ZuXmlParser::useUtf16(unsigned int bytes, bool swap, bool marked) {
 
 bool ZuXmlParser::useUtf8(const unsigned char* bytes, unsigned int count) {
     ZuMemoryPool& pool = ZuCharPool::_Pool;
-    unsigned length = 0;
-    unsigned short* units = ZuI18n::Utf8ToUtf16(length, count, bytes);
+    void* converted = nullptr;
+    // One unit per byte at most, and room for the 0 unit kept after the text.
+    unsigned short* units =
+        static_cast<unsigned short*>(pool.take(converted, count * 2 + 2, true));
     if (!units)
         return false;
-    // The conversion's block (unlocked by the conversion) becomes the buffer block.
-    void* converted = pool.getBlock(units);
-    if (!converted)
-        return false;
-    const unsigned n = length / 2;
-    units = static_cast<unsigned short*>(pool.grow(converted, length + 2, false));
-    if (!units) {
-        pool.release(converted);
-        return false;
+    // ASCII bytes are widened here; each stretch of multibyte sequences goes through
+    // ZuI18n::Utf8ToUtf16, cut where that conversion's own walk puts a sequence end, so
+    // that the result is the same as converting the whole text at once.
+    unsigned n = 0;
+    unsigned i = 0;
+    while (i < count) {
+        while (i < count && bytes[i] < 0x80)
+            units[n++] = bytes[i++];
+        if (i == count)
+            break;
+        unsigned j = i;
+        while (j < count && bytes[j] >= 0x80)
+            j += 1 + extraBytes(bytes[j]);
+        if (j > count)
+            j = count;
+        unsigned length = 0;
+        const unsigned short* wide = ZuI18n::Utf8ToUtf16(length, j - i, bytes + i);
+        if (!wide) {
+            pool.release(converted);
+            return false;
+        }
+        std::memcpy(units + n, wide, length);
+        n += length / 2;
+        i = j;
     }
     units[n] = 0;
-    pool.release(_block);
+    releaseBlock(_block, count);
     _block = converted;
     _text = units;
     _length = n;
@@ -112,13 +173,6 @@ bool ZuXmlParser::useUtf8(const unsigned char* bytes, unsigned int count) {
 }
 
 void ZuXmlParser::releaseBlocks() {
-    ZuMemoryPool& pool = ZuCharPool::_Pool;
-    if (_block) {
-        pool.release(_block);
-        _block = nullptr;
-    }
-    if (_scratchBlock) {
-        pool.release(_scratchBlock);
-        _scratchBlock = nullptr;
-    }
+    releaseBlock(_block, _length * 2 + 2);
+    releaseBlock(_scratchBlock, _scratchSize);
 }

@@ -40,7 +40,7 @@ bool equalsWord(const char* s, const char* word) {
 
 ZuXmlParser::ZuXmlParser(std::istream& in, ZuXmlDocumentI* doc)
     : _document(doc), _block(nullptr), _text(nullptr), _length(0), _position(nullptr),
-      _current(nullptr), _end(nullptr), _scratchBlock(nullptr), _depth(0), _linePos(nullptr),
+      _current(nullptr), _end(nullptr), _scratchBlock(nullptr), _scratchSize(0), _depth(0), _linePos(nullptr),
       _line(1) {
     // Without a document there is nothing to build: reported as an input not loaded.
     if (!doc || !fillBuffer(in)) {
@@ -225,6 +225,8 @@ char* ZuXmlParser::Marker::getBlock(const unsigned short* end, unsigned int drop
 
 char* ZuXmlParser::scratch(unsigned int size) {
     ZuMemoryPool& pool = ZuCharPool::_Pool;
+    if (size > _scratchSize)
+        _scratchSize = size;
     if (!_scratchBlock)
         return static_cast<char*>(pool.take(_scratchBlock, size, true));
     return static_cast<char*>(pool.grow(_scratchBlock, size, false));
