@@ -8,7 +8,9 @@
 // The representation is chosen at construction from MB_CUR_MAX (> 1: multibyte)
 // and kept when the locale changes later.
 // Ranges are (start, end) character positions with end exclusive; end -1 (or any
-// end past the text) means the end of the text. Nothing here is thread-safe.
+// end past the text) means the end of the text. A negative start is taken as 0 (save
+// the -1 of getLastIndexOf) and any other negative end makes a reversed range, so no
+// range can reach outside the text. Nothing here is thread-safe.
 
 #include <zu/export.h>
 
@@ -44,7 +46,7 @@ public:
     virtual void toUpper() = 0;
     // A new representation of the same class, copy-constructed, count 0.
     virtual ZuInternalString* duplicate() const = 0;
-    // Replaces the byte buffer by an uninitialised one of size bytes when size differs
+    // Replaces the byte buffer by a new one of size bytes (at least 1) when size differs
     // from the current size. Deliberately loses the text and keeps the length.
     virtual void reserve(int size) = 0;
 
@@ -58,6 +60,10 @@ protected:
     // Copies size and length and the byte text; count 0.
     ZuInternalString(const ZuInternalString& other);
     ZuInternalString& operator=(const ZuInternalString&) = delete;
+
+    // The reserve of both classes. The new buffer is zero-filled and never smaller than
+    // the length + 1, so operations still indexing by the kept length stay inside it.
+    void reserveBytes(int size);
 
     char* _value;       // NUL-terminated byte text, owned
     uint64_t _size;     // byte length + 1
@@ -94,7 +100,8 @@ public:
     void reserve(int size) override;
 
     // Sets the text: length -1 means strlen(text); copy false adopts text (an array
-    // allocated with new[]); deleteOld releases the current byte array first.
+    // allocated with new[]); deleteOld releases the current byte array (after copying,
+    // and never when it is the adopted array itself). Null text is taken as "".
     void fillIn(const char* text, bool copy, int length, bool deleteOld);
 };
 
@@ -129,11 +136,13 @@ public:
     void reserve(int size) override;
 
     // Sets the text from bytes; copy false adopts text (new[]). Does nothing when
-    // copying the current byte text onto itself.
+    // copying the current byte text onto itself. Invalid text gives an empty text.
     void fillIn(const char* text, bool copy);
-    // Sets the text from wide characters (length -1: wcslen), then re-encodes the bytes.
+    // Sets the text from wide characters (length -1: wcslen), then re-encodes the bytes;
+    // deleteOld releases the current wide array (never when it is the adopted one).
     void fillWIn(wchar_t* text, bool copy, int length, bool deleteOld);
-    // Re-encodes _value from _wvalue.
+    // Re-encodes _value from _wvalue, releasing the previous byte array. A character the
+    // current encoding cannot hold makes the whole text empty.
     void update();
 
     const wchar_t* getWValue() const { return _wvalue; }
@@ -162,12 +171,13 @@ public:
     // made it for the current mode, a private empty representation before that.
     ZuString(const char* text);
     ZuString(std::nullptr_t);
-    // Adopts rep (its count is incremented).
+    // Adopts rep (its count is incremented); a null rep gives the empty string.
     ZuString(ZuInternalString* rep);
     ZuString(const ZuString& other);
 
     // Number constructors: sprintf with the format, then a new representation of the
-    // current mode. The whole formatted text is kept, however long. Never shared.
+    // current mode. The whole formatted text is kept, however long (a null format gives
+    // ""). Never shared, not even when empty.
     ZuString(short value, const char* format = DefaultShortFormat);
     ZuString(unsigned short value, const char* format = DefaultUnsignedShortFormat);
     ZuString(int value, const char* format = DefaultIntegerFormat);
@@ -261,7 +271,8 @@ private:
 
 // Writes getValue() and nothing else.
 ZU_API std::ostream& operator<<(std::ostream& os, const ZuString& s);
-// Reads one word delimited by blank, newline, tab, carriage return or NUL.
+// Reads one word delimited by blank, newline, tab, carriage return or NUL (consumed).
+// A word ended by the end of the stream leaves eofbit set but not failbit.
 ZU_API std::istream& operator>>(std::istream& is, ZuString& s);
 
 // The shared empty strings, one per mode (single-byte, multibyte).

@@ -1,0 +1,40 @@
+#ifndef ZU_TESTS_STRING_LOCALE_SCOPE_H
+#define ZU_TESTS_STRING_LOCALE_SCOPE_H
+
+// Helpers shared by the string tests: a locale switched for one test, stderr capture.
+
+#include <clocale>
+#include <cstdlib>
+#include <iostream>
+#include <sstream>
+#include <string>
+
+// Sets LC_ALL for the life of the object and puts "C" back afterwards.
+class LocaleScope {
+public:
+    explicit LocaleScope(const char* name) : _ok(std::setlocale(LC_ALL, name) != nullptr) {}
+    ~LocaleScope() { std::setlocale(LC_ALL, "C"); }
+    bool multibyte() const { return _ok && MB_CUR_MAX > 1; }
+
+private:
+    bool _ok;
+};
+
+// Switches the test to C.UTF-8, or skips it when that locale is missing.
+#define ZU_IN_UTF8_LOCALE()                                                        \
+    LocaleScope utf8Scope("C.UTF-8");                                              \
+    if (!utf8Scope.multibyte()) GTEST_SKIP() << "the C.UTF-8 locale is not installed"
+
+// Collects what is written to std::cerr while it lives.
+class CerrCapture {
+public:
+    CerrCapture() : _old(std::cerr.rdbuf(_text.rdbuf())) {}
+    ~CerrCapture() { std::cerr.rdbuf(_old); }
+    std::string text() const { return _text.str(); }
+
+private:
+    std::ostringstream _text;
+    std::streambuf* _old;
+};
+
+#endif
