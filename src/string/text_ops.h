@@ -54,8 +54,9 @@ template <> struct Chars<wchar_t> {
         return std::wcsncmp(a, b, n);
     }
     static bool hasNul(const wchar_t* s, size_t n) { return std::wmemchr(s, 0, n) != nullptr; }
+    // Equality only, so bytes will do (memcmp is also the better-optimised routine).
     static bool same(const wchar_t* a, const wchar_t* b, size_t n) {
-        return std::wmemcmp(a, b, n) == 0;
+        return std::memcmp(a, b, n * sizeof(wchar_t)) == 0;
     }
     static void move(wchar_t* d, const wchar_t* s, size_t n) { std::wmemmove(d, s, n); }
     static void copy(wchar_t* d, const wchar_t* s, size_t n) { std::wmemcpy(d, s, n); }
@@ -65,7 +66,7 @@ template <> struct Chars<wchar_t> {
         for (const wchar_t* p = hay; p < end; ++p) {
             p = std::wmemchr(p, pat[0], static_cast<size_t>(end - p));
             if (!p) return nullptr;
-            if (std::wmemcmp(p + 1, pat + 1, n - 1) == 0) return p;
+            if (same(p + 1, pat + 1, n - 1)) return p;
         }
         return nullptr;
     }

@@ -1,10 +1,11 @@
-// Searches and substrings, checked against std::string / std::wstring searches.
+// Searches and substrings, checked against the standard search algorithms.
 #include <zu/string.h>
 
 #include "locale_scope.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 namespace {
@@ -31,16 +32,20 @@ template <class Str> void compareWithStdSearch(const Str& alphabet) {
         const Str pat = source.substr(subStart, subEnd - subStart);
         const int start = static_cast<int>(rng() % (hay.size() + 3)) - 1;
         ZuString h = fromWide(hay), s = fromWide(source);
-        const auto first = hay.find(pat, start < 0 ? 0 : start);
-        ASSERT_EQ(first == Str::npos ? -1 : static_cast<int>(first),
-                  h.getIndexOf(s, start, subStart, subEnd));
-        const auto last = hay.rfind(pat);
-        ASSERT_EQ(last == Str::npos ? -1 : static_cast<int>(last),
-                  h.getLastIndexOf(s, -1, subStart, subEnd));
+        // Positions of the first match from `from`, and of the last one ending by `to`.
+        auto first = [&](size_t from) {
+            auto at = std::search(hay.begin() + std::min(from, hay.size()), hay.end(),
+                                  pat.begin(), pat.end());
+            return at == hay.end() ? -1 : static_cast<int>(at - hay.begin());
+        };
+        auto last = [&](size_t to) {
+            auto at = std::find_end(hay.begin(), hay.begin() + to, pat.begin(), pat.end());
+            return at == hay.begin() + to ? -1 : static_cast<int>(at - hay.begin());
+        };
+        ASSERT_EQ(first(start < 0 ? 0 : start), h.getIndexOf(s, start, subStart, subEnd));
+        ASSERT_EQ(last(hay.size()), h.getLastIndexOf(s, -1, subStart, subEnd));
         if (start >= 0 && start + pat.size() <= hay.size()) {
-            const auto before = hay.rfind(pat, start);
-            ASSERT_EQ(before == Str::npos ? -1 : static_cast<int>(before),
-                      h.getLastIndexOf(s, start, subStart, subEnd));
+            ASSERT_EQ(last(start + pat.size()), h.getLastIndexOf(s, start, subStart, subEnd));
         }
     }
 }
