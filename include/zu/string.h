@@ -11,6 +11,9 @@
 // end past the text) means the end of the text. A negative start is taken as 0 (save
 // the -1 of getLastIndexOf) and any other negative end makes a reversed range, so no
 // range can reach outside the text. Nothing here is thread-safe.
+// Two strings of different classes: an operation of a single-byte string (or of any
+// string once the locale is no longer multibyte) gives up (-1, false, unchanged); a
+// multibyte one reads the other's bytes in the current encoding.
 
 #include <zu/export.h>
 
@@ -173,7 +176,8 @@ public:
     ZuString(std::nullptr_t);
     // Adopts rep (its count is incremented); a null rep gives the empty string.
     ZuString(ZuInternalString* rep);
-    ZuString(const ZuString& other);
+    // Shares other's representation: one count increment (inline, as is the release).
+    ZuString(const ZuString& other) : _rep(other._rep) { ++_rep->_refCount; }
 
     // Number constructors: sprintf with the format, then a new representation of the
     // current mode. The whole formatted text is kept, however long (a null format gives
@@ -188,7 +192,10 @@ public:
     ZuString(float value, const char* format = DefaultFloatFormat);
     ZuString(double value, const char* format = DefaultDoubleFormat);
 
-    ~ZuString();
+    // Releases the representation, destroying it with its last handle.
+    ~ZuString() {
+        if (--_rep->_refCount == 0) delete _rep;
+    }
     // Safe on self-assignment.
     ZuString& operator=(const ZuString& other);
 
@@ -222,10 +229,13 @@ public:
     // empty pattern. Across representations the ranges are ignored (whole text, from 0).
     int getIndexOf(const ZuString& sub, int start = 0, int subStart = 0, int subEnd = -1) const;
     // Last position <= start of sub's range, or -1; start -1 means the end of the text.
+    // Deliberate: a start past length - n is first moved back to start - n + 1.
     int getLastIndexOf(const ZuString& sub, int start = -1, int subStart = 0,
                        int subEnd = -1) const;
     // True when getIndexOf(sub, 0, ...) is 0: an empty sub is a prefix of "" only.
     bool startsWith(const ZuString& sub, int subStart = 0, int subEnd = -1) const;
+    // True when the last occurrence of sub's range ends the text; an empty (or reversed)
+    // sub range ends every string.
     bool endsWith(const ZuString& sub, int subStart = 0, int subEnd = -1) const;
     // Shares this representation for the whole text; the shared empty string when
     // start is past the text.
@@ -236,6 +246,8 @@ public:
                       int withEnd = -1);
     // Replaces every occurrence of from's range inside [start, end) by to's range.
     // Left untouched (not detached) when the first occurrence is missing or at/after end.
+    // A same-length replacement is made in place, each search starting one character
+    // after the previous occurrence; otherwise occurrences are taken without overlap.
     ZuString& substitute(const ZuString& from, const ZuString& to, int start = 0, int end = -1,
                          int fromStart = 0, int fromEnd = -1, int toStart = 0, int toEnd = -1);
     ZuString& remove(int start = 0, int end = -1);
@@ -253,6 +265,7 @@ public:
     std::ostream& writeQuoted(std::ostream& os) const;
     // Skips to the first double quote, reads up to the closing one (consumed),
     // a backslash making the next character literal; end of stream ends the text.
+    // The text takes the current mode: a string of the other mode is left empty.
     std::istream& readQuoted(std::istream& is);
 
     // The representation (never null).
@@ -272,7 +285,8 @@ private:
 // Writes getValue() and nothing else.
 ZU_API std::ostream& operator<<(std::ostream& os, const ZuString& s);
 // Reads one word delimited by blank, newline, tab, carriage return or NUL (consumed).
-// A word ended by the end of the stream leaves eofbit set but not failbit.
+// A word ended by the end of the stream leaves eofbit set but not failbit. As with
+// readQuoted, the word takes the current mode.
 ZU_API std::istream& operator>>(std::istream& is, ZuString& s);
 
 // The shared empty strings, one per mode (single-byte, multibyte).

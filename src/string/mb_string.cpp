@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <typeinfo>
 #include <cwctype>
 
 namespace {
@@ -13,11 +14,20 @@ namespace {
 // Operations given a representation of another class do nothing: the string class
 // never mixes them, and nothing may throw out of the library.
 const ZuMBString* sameClass(const ZuInternalString& other) {
+    // The exact class is the usual case and the cheap test; subclasses take the full cast.
+    if (typeid(other) == typeid(ZuMBString)) return static_cast<const ZuMBString*>(&other);
     return dynamic_cast<const ZuMBString*>(&other);
 }
 
-int fullCompare(const wchar_t* a, const wchar_t* b) { return std::wcscmp(a, b); }
-int partCompare(const wchar_t* a, const wchar_t* b, size_t n) { return std::wcsncmp(a, b, n); }
+// Function objects rather than pointers, so that the comparison loop inlines them.
+struct FullCompare {
+    int operator()(const wchar_t* a, const wchar_t* b) const { return std::wcscmp(a, b); }
+};
+struct PartCompare {
+    int operator()(const wchar_t* a, const wchar_t* b, size_t n) const {
+        return std::wcsncmp(a, b, n);
+    }
+};
 
 char* emptyBytes() { return new char[1](); }
 
@@ -176,7 +186,7 @@ int ZuMBString::compare(const ZuInternalString& other, int start, int end, int o
     const ZuMBString* o = sameClass(other);
     if (!o) return -1;
     return compareRanges(_wvalue, _length, start, end, o->_wvalue, o->_length, otherStart,
-                         otherEnd, fullCompare, partCompare);
+                         otherEnd, FullCompare(), PartCompare());
 }
 
 int ZuMBString::caseCompare(const ZuInternalString& other, int start, int end, int otherStart,

@@ -5,6 +5,7 @@
 
 #include <cctype>
 #include <cstring>
+#include <typeinfo>
 #include <strings.h>
 
 namespace {
@@ -12,13 +13,24 @@ namespace {
 // Operations given a representation of another class do nothing: the string class
 // never mixes them, and nothing may throw out of the library.
 const ZuSBString* sameClass(const ZuInternalString& other) {
+    // The exact class is the usual case and the cheap test; subclasses take the full cast.
+    if (typeid(other) == typeid(ZuSBString)) return static_cast<const ZuSBString*>(&other);
     return dynamic_cast<const ZuSBString*>(&other);
 }
 
-int fullCompare(const char* a, const char* b) { return std::strcmp(a, b); }
-int partCompare(const char* a, const char* b, size_t n) { return std::strncmp(a, b, n); }
-int fullCaseCompare(const char* a, const char* b) { return strcasecmp(a, b); }
-int partCaseCompare(const char* a, const char* b, size_t n) { return strncasecmp(a, b, n); }
+// Function objects rather than pointers, so that the comparison loop inlines them.
+struct FullCompare {
+    int operator()(const char* a, const char* b) const { return std::strcmp(a, b); }
+};
+struct PartCompare {
+    int operator()(const char* a, const char* b, size_t n) const { return std::strncmp(a, b, n); }
+};
+struct FullCaseCompare {
+    int operator()(const char* a, const char* b) const { return strcasecmp(a, b); }
+};
+struct PartCaseCompare {
+    int operator()(const char* a, const char* b, size_t n) const { return strncasecmp(a, b, n); }
+};
 
 } // namespace
 
@@ -45,7 +57,8 @@ void ZuSBString::fillIn(const char* text, bool copy, int length, bool deleteOld)
     } else {
         // Copy before releasing anything: text may lie inside the current array.
         value = new char[static_cast<size_t>(n + 1)];
-        const size_t kept = length < 0 ? static_cast<size_t>(n) : strnlen(text, static_cast<size_t>(n));
+        const size_t kept =
+            length < 0 ? static_cast<size_t>(n) : strnlen(text, static_cast<size_t>(n));
         std::memcpy(value, text, kept);
         std::memset(value + kept, 0, static_cast<size_t>(n + 1) - kept);
     }
@@ -104,7 +117,7 @@ int ZuSBString::compare(const ZuInternalString& other, int start, int end, int o
     const ZuSBString* o = sameClass(other);
     if (!o) return -1;
     return compareRanges(_value, _length, start, end, o->_value, o->_length, otherStart,
-                         otherEnd, fullCompare, partCompare);
+                         otherEnd, FullCompare(), PartCompare());
 }
 
 int ZuSBString::caseCompare(const ZuInternalString& other, int start, int end, int otherStart,
@@ -112,7 +125,7 @@ int ZuSBString::caseCompare(const ZuInternalString& other, int start, int end, i
     const ZuSBString* o = sameClass(other);
     if (!o) return -1;
     return compareRanges(_value, _length, start, end, o->_value, o->_length, otherStart,
-                         otherEnd, fullCaseCompare, partCaseCompare);
+                         otherEnd, FullCaseCompare(), PartCaseCompare());
 }
 
 int ZuSBString::getType() const { return 0; }

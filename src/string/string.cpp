@@ -41,8 +41,6 @@ ZuString::ZuString(ZuInternalString* rep) : _rep(nullptr) {
         initFromText(nullptr);
 }
 
-ZuString::ZuString(const ZuString& other) : _rep(nullptr) { attach(other._rep); }
-
 ZuString::ZuString(short value, const char* format) : _rep(nullptr) {
     initFromNumber(format, value);
 }
@@ -66,10 +64,6 @@ ZuString::ZuString(float value, const char* format) : _rep(nullptr) {
 }
 ZuString::ZuString(double value, const char* format) : _rep(nullptr) {
     initFromNumber(format, value);
-}
-
-ZuString::~ZuString() {
-    if (--_rep->_refCount == 0) delete _rep;
 }
 
 ZuString& ZuString::operator=(const ZuString& other) {

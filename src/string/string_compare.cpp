@@ -17,13 +17,14 @@ const char* const kReversedRange[2][2] = {
 
 int compareStrings(const ZuString& self, const ZuString& other, int start, int end,
                    int otherStart, int otherEnd, bool ignoreCase) {
-    if (self.isEmpty() && other.isEmpty()) return 0;
+    const ZuInternalString* mine = self.getInternal();
+    if (!*mine->getValue() && !*other.getInternal()->getValue()) return 0; // both empty
     Operand op(self, other);
     if (!op.ok()) return -1;
     // A negative start is taken as 0; a negative end other than -1 is reversed.
     if (start < 0) start = 0;
     if (otherStart < 0) otherStart = 0;
-    end = clampStringEnd(end, self.getLength());
+    end = clampStringEnd(end, static_cast<int>(mine->getLength()));
     otherEnd = clampStringEnd(otherEnd, op.length());
     if (end < start) {
         std::cerr << kReversedRange[ignoreCase][0] << std::endl;
@@ -33,7 +34,6 @@ int compareStrings(const ZuString& self, const ZuString& other, int start, int e
         std::cerr << kReversedRange[ignoreCase][1] << std::endl;
         return -1;
     }
-    const ZuInternalString* mine = self.getInternal();
     if (mine == &op.rep() && start == otherStart && end == otherEnd) return 0;
     return ignoreCase ? mine->caseCompare(op.rep(), start, end, otherStart, otherEnd)
                       : mine->compare(op.rep(), start, end, otherStart, otherEnd);

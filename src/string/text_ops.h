@@ -10,6 +10,9 @@
 #include <cstring>
 #include <cwchar>
 #include <vector>
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace {
 
@@ -39,7 +42,33 @@ template <> struct Chars<char> {
     // First occurrence of pat (n >= 1) in hay[0, hayLen), or null.
     static const char* search(const char* hay, size_t hayLen, const char* pat, size_t n) {
         if (n == 1) return static_cast<const char*>(std::memchr(hay, pat[0], hayLen));
-        return static_cast<const char*>(memmem(hay, hayLen, pat, n));
+        if (hayLen < n) return nullptr;
+        const size_t candidates = hayLen - n + 1; // positions [0, candidates)
+        size_t i = 0;
+#ifdef __SSE2__
+        // Sixteen positions at a time: a position is a candidate when both the first and
+        // the last byte of pat are in place; only candidates are compared in full. The
+        // loads stay inside hay: the last one ends at hay[i + 15 + n - 1] < hayLen.
+        const __m128i first = _mm_set1_epi8(pat[0]), last = _mm_set1_epi8(pat[n - 1]);
+        for (; i + 16 <= candidates; i += 16) {
+            const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(hay + i));
+            const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(hay + i + n - 1));
+            const __m128i both = _mm_and_si128(_mm_cmpeq_epi8(a, first), _mm_cmpeq_epi8(b, last));
+            unsigned mask = static_cast<unsigned>(_mm_movemask_epi8(both));
+            while (mask) {
+                const size_t at = i + static_cast<size_t>(__builtin_ctz(mask));
+                if (std::memcmp(hay + at + 1, pat + 1, n - 2) == 0) return hay + at;
+                mask &= mask - 1;
+            }
+        }
+#endif
+        for (; i < candidates; ++i) {
+            const void* p = std::memchr(hay + i, pat[0], candidates - i);
+            if (!p) return nullptr;
+            i = static_cast<size_t>(static_cast<const char*>(p) - hay);
+            if (std::memcmp(hay + i + 1, pat + 1, n - 1) == 0) return hay + i;
+        }
+        return nullptr;
     }
     // Last position <= from holding c, or -1.
     static int64_t lastOf(const char* s, char c, int64_t from) {
