@@ -1,8 +1,7 @@
 #ifndef ZU_TESTS_STRING_LOCALE_SCOPE_H
 #define ZU_TESTS_STRING_LOCALE_SCOPE_H
 
-// Helpers shared by the string tests: a locale switched for one test, stderr capture.
-
+// Helpers of the string tests: a locale switched for one test, std::cerr capture.
 #include <clocale>
 #include <cstdlib>
 #include <iostream>
@@ -10,14 +9,11 @@
 #include <string>
 
 // Sets LC_ALL for the life of the object and puts "C" back afterwards.
-class LocaleScope {
-public:
-    explicit LocaleScope(const char* name) : _ok(std::setlocale(LC_ALL, name) != nullptr) {}
+struct LocaleScope {
+    explicit LocaleScope(const char* name) : ok(std::setlocale(LC_ALL, name) != nullptr) {}
     ~LocaleScope() { std::setlocale(LC_ALL, "C"); }
-    bool multibyte() const { return _ok && MB_CUR_MAX > 1; }
-
-private:
-    bool _ok;
+    bool multibyte() const { return ok && MB_CUR_MAX > 1; }
+    bool ok;
 };
 
 // Switches the test to C.UTF-8, or skips it when that locale is missing.
@@ -26,15 +22,11 @@ private:
     if (!utf8Scope.multibyte()) GTEST_SKIP() << "the C.UTF-8 locale is not installed"
 
 // Collects what is written to std::cerr while it lives.
-class CerrCapture {
-public:
-    CerrCapture() : _old(std::cerr.rdbuf(_text.rdbuf())) {}
-    ~CerrCapture() { std::cerr.rdbuf(_old); }
-    std::string text() const { return _text.str(); }
-
-private:
-    std::ostringstream _text;
-    std::streambuf* _old;
+struct CerrCapture {
+    CerrCapture() : old(std::cerr.rdbuf(text.rdbuf())) {}
+    ~CerrCapture() { std::cerr.rdbuf(old); }
+    std::ostringstream text;
+    std::streambuf* old;
 };
 
 #endif
