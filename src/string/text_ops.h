@@ -10,8 +10,8 @@
 #include <cstring>
 #include <cwchar>
 #include <vector>
-#ifdef __SSE2__
-#include <emmintrin.h>
+#if defined(__x86_64__) && defined(__GNUC__)
+#include <immintrin.h>
 #endif
 
 namespace {
@@ -45,24 +45,13 @@ template <> struct Chars<char> {
         if (hayLen < n) return nullptr;
         const size_t candidates = hayLen - n + 1; // positions [0, candidates)
         size_t i = 0;
-#ifdef __SSE2__
-        // Sixteen positions at a time: a position is a candidate when both the first and
-        // the last byte of pat are in place; only candidates are compared in full. The
-        // loads stay inside hay: the last one ends at hay[i + 15 + n - 1] < hayLen.
-        const __m128i first = _mm_set1_epi8(pat[0]), last = _mm_set1_epi8(pat[n - 1]);
-        for (; i + 16 <= candidates; i += 16) {
-            const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(hay + i));
-            const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(hay + i + n - 1));
-            const __m128i both = _mm_and_si128(_mm_cmpeq_epi8(a, first), _mm_cmpeq_epi8(b, last));
-            unsigned mask = static_cast<unsigned>(_mm_movemask_epi8(both));
-            while (mask) {
-                const size_t at = i + static_cast<size_t>(__builtin_ctz(mask));
-                if (std::memcmp(hay + at + 1, pat + 1, n - 2) == 0) return hay + at;
-                mask &= mask - 1;
-            }
-        }
+        const char* found = nullptr;
+#if defined(__x86_64__) && defined(__GNUC__)
+        static const bool wide = __builtin_cpu_supports("avx2");
+        found = wide ? filterAvx2(hay, candidates, pat, n, i) : filterSse2(hay, candidates, pat, n, i);
+        if (found) return found;
 #endif
-        for (; i < candidates; ++i) {
+        for (; i < candidates; ++i) { // the positions left over by the filter
             const void* p = std::memchr(hay + i, pat[0], candidates - i);
             if (!p) return nullptr;
             i = static_cast<size_t>(static_cast<const char*>(p) - hay);
@@ -70,6 +59,55 @@ template <> struct Chars<char> {
         }
         return nullptr;
     }
+
+#if defined(__x86_64__) && defined(__GNUC__)
+    // Filters blocks of positions: a position is a candidate when both the first and the
+    // last byte of pat (n >= 2) are in place; only candidates are compared in full. The
+    // loads stay inside hay: a block of B positions from i reads up to
+    // hay[i + B - 1 + n - 1], and i + B <= candidates = hayLen - n + 1. Returns the first
+    // match, or null with i at the first position not yet looked at.
+    static const char* checkMask(const char* hay, size_t i, unsigned mask, const char* pat,
+                                 size_t n) {
+        for (; mask; mask &= mask - 1) {
+            const size_t at = i + static_cast<size_t>(__builtin_ctz(mask));
+            if (std::memcmp(hay + at + 1, pat + 1, n - 2) == 0) return hay + at;
+        }
+        return nullptr;
+    }
+
+    static const char* filterSse2(const char* hay, size_t candidates, const char* pat, size_t n,
+                                  size_t& i) {
+        const __m128i first = _mm_set1_epi8(pat[0]), last = _mm_set1_epi8(pat[n - 1]);
+        for (; i + 16 <= candidates; i += 16) {
+            const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(hay + i));
+            const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(hay + i + n - 1));
+            const __m128i both = _mm_and_si128(_mm_cmpeq_epi8(a, first), _mm_cmpeq_epi8(b, last));
+            const unsigned mask = static_cast<unsigned>(_mm_movemask_epi8(both));
+            if (mask)
+                if (const char* found = checkMask(hay, i, mask, pat, n)) return found;
+        }
+        return nullptr;
+    }
+
+    __attribute__((target("avx2"))) static const char* filterAvx2(const char* hay,
+                                                                  size_t candidates,
+                                                                  const char* pat, size_t n,
+                                                                  size_t& i) {
+        const __m256i first = _mm256_set1_epi8(pat[0]), last = _mm256_set1_epi8(pat[n - 1]);
+        for (; i + 32 <= candidates; i += 32) {
+            const __m256i a = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(hay + i));
+            const __m256i b =
+                _mm256_loadu_si256(reinterpret_cast<const __m256i*>(hay + i + n - 1));
+            const __m256i both =
+                _mm256_and_si256(_mm256_cmpeq_epi8(a, first), _mm256_cmpeq_epi8(b, last));
+            const unsigned mask = static_cast<unsigned>(_mm256_movemask_epi8(both));
+            if (mask)
+                if (const char* found = checkMask(hay, i, mask, pat, n)) return found;
+        }
+        return filterSse2(hay, candidates, pat, n, i);
+    }
+#endif
+
     // Last position <= from holding c, or -1.
     static int64_t lastOf(const char* s, char c, int64_t from) {
         const void* p = memrchr(s, c, static_cast<size_t>(from + 1));

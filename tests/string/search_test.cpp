@@ -26,7 +26,7 @@ template <class Str> void compareWithStdSearch(const Str& alphabet) {
         return s;
     };
     for (int round = 0; round < 3000; ++round) {
-        const Str hay = pick(rng() % 40), source = pick(1 + rng() % 6);
+        const Str hay = pick(rng() % 100), source = pick(1 + rng() % 6);
         const int subStart = static_cast<int>(rng() % source.size());
         const int subEnd = subStart + 1 + static_cast<int>(rng() % (source.size() - subStart));
         const Str pat = source.substr(subStart, subEnd - subStart);
