@@ -45,11 +45,11 @@ template <> struct Chars<char> {
         if (hayLen < n) return nullptr;
         const size_t candidates = hayLen - n + 1; // positions [0, candidates)
         size_t i = 0;
-        const char* found = nullptr;
 #if defined(__x86_64__) && defined(__GNUC__)
         static const bool wide = __builtin_cpu_supports("avx2");
-        found = wide ? filterAvx2(hay, candidates, pat, n, i) : filterSse2(hay, candidates, pat, n, i);
-        if (found) return found;
+        if (const char* found = wide ? filterAvx2(hay, candidates, pat, n, i)
+                                     : filterSse2(hay, candidates, pat, n, i))
+            return found;
 #endif
         for (; i < candidates; ++i) { // the positions left over by the filter
             const void* p = std::memchr(hay + i, pat[0], candidates - i);
