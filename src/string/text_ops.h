@@ -149,12 +149,15 @@ template <> struct Chars<wchar_t> {
 // pattern without NUL can only match characters equal to its own, so a direct search
 // gives the same first position; a pattern holding a NUL takes the position-by-position
 // loop, where the comparison may stop at the terminator.
+// patHasNul: whether pat holds a NUL, when the caller already knows (-1: not known).
 template <class C>
-int64_t findFirst(const C* text, int64_t length, const C* pat, int64_t n, int64_t start) {
+int64_t findFirst(const C* text, int64_t length, const C* pat, int64_t n, int64_t start,
+                  int patHasNul = -1) {
     if (start < 0) start = 0;
     const int64_t last = length - n;
     if (last + 1 <= start) return -1;
-    if (Chars<C>::hasNul(pat, static_cast<size_t>(n))) {
+    if (patHasNul < 0) patHasNul = Chars<C>::hasNul(pat, static_cast<size_t>(n));
+    if (patHasNul) {
         for (int64_t i = start; i <= last; ++i)
             if (Chars<C>::compareN(text + i, pat, static_cast<size_t>(n)) == 0) return i;
         return -1;
@@ -255,9 +258,10 @@ C* substituteAll(C* text, int64_t length, int64_t start, int64_t end, const C* p
         return nullptr;
     }
     std::vector<int64_t> at;
+    const int patHasNul = Chars<C>::hasNul(pat, static_cast<size_t>(patLength));
     do {
         at.push_back(p);
-        p = findFirst(text, length, pat, patLength, p + patLength);
+        p = findFirst(text, length, pat, patLength, p + patLength, patHasNul);
     } while (p != -1 && p <= limit);
     return substituted(text, length, at, patLength, rep, repLength);
 }
