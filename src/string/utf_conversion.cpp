@@ -63,10 +63,9 @@ unsigned char* ZuI18n::Utf16ToUtf8(unsigned& length, unsigned count, const unsig
         return nullptr;
     ZuMemoryPool& pool = ZuCharPool::_Pool;
     void* block = nullptr;
-    // An initial guess; the block grows one character at a time.
+    // An initial guess; the block grows one character at a time. A failed (empty)
+    // block is not given up on here: the first grow allocates it again.
     unsigned char* out = static_cast<unsigned char*>(pool.take(block, count / 2, true));
-    if (!out)
-        return giveUp<unsigned char>(block, length);
 
     for (unsigned i = 0; i < count; ++i) {
         uint32_t ch = text[i];
@@ -104,8 +103,6 @@ unsigned short* ZuI18n::Utf8ToUtf16(unsigned& length, unsigned count, const unsi
     ZuMemoryPool& pool = ZuCharPool::_Pool;
     void* block = nullptr;
     unsigned char* out = static_cast<unsigned char*>(pool.take(block, count * 2, true));
-    if (!out)
-        return giveUp<unsigned short>(block, length);
 
     unsigned pos = 0;
     while (pos < count) {
