@@ -4,9 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
 #include <cstdlib>
 #include <iostream>
 #include <sstream>
+#include <vector>
 
 namespace {
 
@@ -119,6 +122,26 @@ TEST(MemoryManager, ChunkTailBecomesAFreeCellAndChunksDouble) {
             m->alloc(64);
         return ok && statusIs(4096 + 8192 + 16384, 4088 + 8 + 24 + 128 * 64);
     });
+}
+
+// Exhausts the heap under an address-space limit, so that the first chunk fails.
+static void allocWithoutFirstChunk() {
+    setenv("ZU_MEMORYMANAGER", "yes", 1);
+    rlimit limit{256u << 20, 256u << 20};
+    setrlimit(RLIMIT_AS, &limit);
+    std::vector<void*> held;
+    for (held.reserve(1 << 20); void* p = std::malloc(4096);)
+        held.push_back(p);
+    ZuMemoryManager::GetInstance()->alloc(8);
+}
+
+TEST(MemoryManager, MissingFirstChunkFailsItsAssertion) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "an address-space limit cannot be combined with AddressSanitizer";
+#endif
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(allocWithoutFirstChunk(), "src/alloc:274: void\\* ZuMemoryManager::alloc"
+                                           "\\(size_t\\): Assertion `\\(location != 0\\)' failed");
 }
 
 TEST(AllocEntryPoints, MemMoveWithZeroCountTouchesNothing) {
