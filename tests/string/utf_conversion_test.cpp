@@ -95,5 +95,10 @@ TEST(Utf8ToUtf16, ResultIsAnUnlockedBlockOfTheBytePool) {
     ZuMemoryPool::Block* block = ZuCharPool::_Pool.find(result);
     ASSERT_EQ(block ? block->_locks : 1, 0u);
     // Valid only until the pool's next use: the same block serves the next call.
-    EXPECT_EQ(static_cast<void*>(ZuI18n::Utf16ToUtf8(length, 1, result)), block->_data);
+    EXPECT_EQ(static_cast<void*>(ZuI18n::Utf8ToUtf16(length, 1, text)), block->_data);
+    // A result converted straight back is neither overwritten nor moved while read.
+    const Bytes euros = toUtf8(Units(500, 0x20AC));
+    unsigned short* units = ZuI18n::Utf8ToUtf16(length, unsigned(euros.size()), euros.data());
+    const unsigned char* utf8 = ZuI18n::Utf16ToUtf8(length, length / 2, units);
+    EXPECT_EQ(Bytes(utf8, utf8 + length), euros);
 }
