@@ -94,9 +94,8 @@ TEST(MemoryManager, CellClassesAndReuse) {
         bool ok = statusIs(4096, 0);
         // (size released, size asked next, same cell expected)
         const struct { size_t freed, asked; bool same; } cases[] = {
-            {1, 8, true},   {8, 1, true},    {24, 17, true}, {24, 16, false},
-            {64, 57, true}, {56, 64, false}, {0, 8, true},   {8, 0, true},
-        };
+            {1, 8, true}, {24, 17, true}, {24, 16, false}, {64, 57, true}, {56, 64, false},
+            {0, 8, true}, {8, 0, true}};
         for (const auto& c : cases) {
             void* p = m->alloc(c.freed);
             m->release(p, c.freed);
@@ -124,21 +123,18 @@ TEST(MemoryManager, ChunkTailBecomesAFreeCellAndChunksDouble) {
     });
 }
 
-// Exhausts the heap under an address-space limit, so that the first chunk fails.
-static void allocWithoutFirstChunk() {
-    setenv("ZU_MEMORYMANAGER", "yes", 1);
-    rlimit limit{256u << 20, 256u << 20};
-    setrlimit(RLIMIT_AS, &limit);
-    std::vector<void*> held;
-    for (held.reserve(1 << 20); void* p = std::malloc(4096);)
-        held.push_back(p);
-    ZuMemoryManager::GetInstance()->alloc(8);
-}
-
 TEST(MemoryManager, MissingFirstChunkFailsItsAssertion) {
 #ifdef __SANITIZE_ADDRESS__
     GTEST_SKIP() << "an address-space limit cannot be combined with AddressSanitizer";
 #endif
+    auto allocWithoutFirstChunk = [] { // the heap is exhausted under a small limit
+        setenv("ZU_MEMORYMANAGER", "yes", 1);
+        rlimit limit{256u << 20, 256u << 20};
+        setrlimit(RLIMIT_AS, &limit);
+        std::vector<void*> held(1 << 20);
+        for (size_t i = 0; (held[i] = std::malloc(4096)) != nullptr; ++i) {}
+        ZuMemoryManager::GetInstance()->alloc(8);
+    };
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_DEATH(allocWithoutFirstChunk(), "src/alloc:274: void\\* ZuMemoryManager::alloc"
                                            "\\(size_t\\): Assertion `\\(location != 0\\)' failed");

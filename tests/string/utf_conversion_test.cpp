@@ -71,15 +71,16 @@ TEST(Utf8ToUtf16, DecodesWithoutValidating) {
 TEST(Utf16ToUtf8, AgreesWithIconvAndRoundTrips) {
     std::mt19937 rng(11);
     for (int round = 0; round < 50; ++round) {
-        Units text, back; // back: what Utf8ToUtf16 gives, pairs becoming U+FFFD
-        const size_t size = 1 + rng() % 3000;    // long texts grow the pool block
-        while (text.size() < size) {
-            auto u = static_cast<unsigned short>(rng());
-            bool pair = u >= 0xD800 && u <= 0xDFFF;
-            text.push_back(pair ? (0xD800 | (u & 0x3FF)) : u);
-            if (pair)
-                text.push_back(static_cast<unsigned short>(0xDC00 | (rng() & 0x3FF)));
-            back.push_back(pair ? 0xFFFD : u);
+        Units text, back(1 + rng() % 3000); // back: the BMP units Utf8ToUtf16 gives back
+        for (unsigned short& u : back) {     // surrogate values stand for a whole pair
+            u = static_cast<unsigned short>(rng());
+            if (u < 0xD800 || u > 0xDFFF) {
+                text.push_back(u);
+                continue;
+            }
+            text.push_back(static_cast<unsigned short>(0xD800 | (u & 0x3FF)));
+            text.push_back(static_cast<unsigned short>(0xDC00 | (rng() & 0x3FF)));
+            u = 0xFFFD;
         }
         text.push_back('.'), back.push_back('.'); // no pair ends the input
         Bytes utf8 = toUtf8(text);
