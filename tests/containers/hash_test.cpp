@@ -5,10 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
+
+#include <strings.h>
 
 namespace {
 
@@ -192,4 +195,25 @@ TEST(StringTable, AgreesWithStdMapUnderMixedOperations) {
     EXPECT_TRUE(wellFormed(t));
     for (const auto& kv : ref)
         ASSERT_EQ(t.find(S(kv.first.c_str()), nullptr, nullptr), P(kv.second));
+}
+
+namespace {
+// Keys compared and hashed without regard to case, through the virtual slots.
+class CaseBlindTable : public ZuStringHashTable {
+public:
+    explicit CaseBlindTable(unsigned size) : ZuStringHashTable(size) {}
+    bool match(void* a, void* b) const override { return strcasecmp(static_cast<char*>(a), static_cast<char*>(b)) == 0; }
+    unsigned hash(void* key) const override { return unsigned(tolower(*static_cast<char*>(key))) % _size; }
+};
+} // namespace
+
+TEST(HashSubclass, OverriddenMatchAndHashDriveEveryOperation) {
+    CaseBlindTable t(2);
+    for (const char* k : {"Alpha", "beta", "GAMMA", "delta", "Epsilon", "zeta"})
+        t.insert(S(k), S(k));
+    t.insert(S("ALPHA"), S("replaced"));
+    t.reHash(5);
+    EXPECT_TRUE(t._count == 6 && wellFormed(t));
+    EXPECT_STREQ(static_cast<char*>(t.find(S("alpha"), nullptr, nullptr)), "replaced");
+    EXPECT_TRUE(t.contains(S("Gamma")) && t.remove(S("ZETA")) && !t.contains(S("zeta")));
 }
