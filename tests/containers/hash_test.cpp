@@ -54,11 +54,11 @@ TEST(HashFunction, PointerAndStringHashesPickTheStatedBuckets) {
     }
     // "ab" = (0x61 << 4) + 0x62; 0xE9 enters as -23 = 0xFFFFFFE9, whose
     // top nibble is folded away; nine bytes overflow the top nibble too.
-    ZuStringHashTable s(0xFFFFFFFF);
+    ZuStringHashTable s(1000003);
     const std::pair<const char*, uint32_t> cases[] = {
         {"", 0}, {"ab", 0x672}, {"\xE9", 0x0FFFFF19}, {"aaaaaaaaa", 0x07771001}};
     for (const auto& c : cases)
-        EXPECT_EQ(s.hash(S(c.first)), c.second) << c.first;
+        EXPECT_EQ(s.hash(S(c.first)), c.second % 1000003) << c.first;
     EXPECT_EQ(ZuStringHashTable(17).hash(S("ab")), 0x672u % 17);
 }
 
