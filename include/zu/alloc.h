@@ -32,8 +32,8 @@ public:
     // counted event), "update" gives 1 (statistics kept silently), anything else 0.
     static unsigned int GetTraceMode();
 
-    // The mode in force; set by the manager's constructor from GetTraceMode(). The
-    // manager takes it into account when it settles its switch (first alloc or release).
+    // The mode in force; set by the manager's constructor from GetTraceMode(). Changing
+    // it after the first alloc or release is not supported (the fast paths cache it).
     static unsigned int Trace;
 };
 
