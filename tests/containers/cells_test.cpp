@@ -11,28 +11,26 @@
 
 TEST(ContainerCells, ComeFromTheSmallCellManagerWithTheirSizes) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(
-        {
-            setenv("ZU_MEMORYMANAGER", "yes", 1);
-            ZuMemoryManager* m = ZuMemoryManager::GetInstance();
-            void* one = reinterpret_cast<void*>(1);
-            Zu_List* list = new Zu_List;
-            list->a(one);
-            void* cell = list->_first;
-            list->r(one);
-            bool ok = m->alloc(16) == cell;
-            delete list;
-            ok = ok && m->alloc(32) == list;
-            Zu_AList al;
-            void* pair = al.a(one, one);
-            al.rm(one);
-            ok = ok && m->alloc(24) == pair;
-            ZuHashTable table(17);
-            table.insert(one, one);
-            void* entry = table._buckets[table.hash(one)]._entries;
-            table.remove(one);
-            ok = ok && m->alloc(24) == entry;
-            std::exit(ok ? 0 : 1);
-        },
-        ::testing::ExitedWithCode(0), "");
+    auto body = [] {
+        setenv("ZU_MEMORYMANAGER", "yes", 1);
+        ZuMemoryManager* m = ZuMemoryManager::GetInstance();
+        void* one = &m;
+        Zu_List* list = new Zu_List;
+        list->a(one);
+        void* cell = list->_first;
+        list->r(one);
+        bool ok = m->alloc(16) == cell;
+        delete list;
+        ok = ok && m->alloc(32) == list;
+        Zu_AList al;
+        void* pair = al.a(one, one);
+        al.rm(one);
+        ok = ok && m->alloc(24) == pair;
+        ZuHashTable table(17);
+        table.insert(one, one);
+        void* entry = table._buckets[table.hash(one)]._entries;
+        table.remove(one);
+        return ok && m->alloc(24) == entry;
+    };
+    EXPECT_EXIT(std::exit(body() ? 0 : 1), ::testing::ExitedWithCode(0), "");
 }
