@@ -124,7 +124,7 @@ TEST(SafeListIterator, RemovalMovesItToTheSuccessor) {
     EXPECT_TRUE(l->_iterators == &other && other._nextIterator == &safe); // newest first
     l->a(P(5));
     Zu_SLIterator fresh(*l);
-    l->clear();
+    l->clear(); // emptied: it ends
     EXPECT_EQ(fresh.nextElement(), nullptr);
     delete l;
 }
