@@ -204,9 +204,9 @@ public:
     explicit Zu_LIterator(const Zu_List& list) : _list(&list), _cell(list._first) {}
 
     // The current value, then advances; null at the end (a stored null looks the same).
-    void* nextElement();
+    inline void* nextElement();
     // Advances; nothing at the end.
-    Zu_LIterator& operator++();
+    inline Zu_LIterator& operator++();
 
     const Zu_List* _list;
     Zu_List::Cell* _cell; // the next cell to visit
@@ -234,14 +234,14 @@ public:
     explicit Zu_ALIterator(const Zu_AList& list) : _list(&list), _cell(list._first) {}
 
     // The current value, then advances; null at the end.
-    void* nextElement();
+    inline void* nextElement();
     // The current key, then advances; null at the end.
-    void* nextKey();
+    inline void* nextKey();
     // The current key, its value through value, then advances; null at the end
     // (value untouched then).
-    void* nextPair(void*& value);
+    inline void* nextPair(void*& value);
     // Advances; nothing at the end.
-    Zu_ALIterator& operator++();
+    inline Zu_ALIterator& operator++();
 
     const Zu_AList* _list;
     Zu_AList::Cell* _cell; // the next pair to visit
@@ -258,5 +258,52 @@ public:
 
     Zu_SALIterator* _nextIterator; // link in the list's chain
 };
+
+// ---- iterator steps, inline: they run once per element ---------------------------------
+
+inline void* Zu_LIterator::nextElement() {
+    if (!_cell)
+        return nullptr;
+    void* value = _cell->_value;
+    _cell = _cell->_next;
+    return value;
+}
+
+inline Zu_LIterator& Zu_LIterator::operator++() {
+    if (_cell)
+        _cell = _cell->_next;
+    return *this;
+}
+
+inline void* Zu_ALIterator::nextElement() {
+    if (!_cell)
+        return nullptr;
+    void* value = _cell->_value;
+    _cell = _cell->_next;
+    return value;
+}
+
+inline void* Zu_ALIterator::nextKey() {
+    if (!_cell)
+        return nullptr;
+    void* key = _cell->_key;
+    _cell = _cell->_next;
+    return key;
+}
+
+inline void* Zu_ALIterator::nextPair(void*& value) {
+    if (!_cell)
+        return nullptr;
+    void* key = _cell->_key;
+    value = _cell->_value;
+    _cell = _cell->_next;
+    return key;
+}
+
+inline Zu_ALIterator& Zu_ALIterator::operator++() {
+    if (_cell)
+        _cell = _cell->_next;
+    return *this;
+}
 
 #endif

@@ -212,37 +212,6 @@ void Zu_AList::ri(Zu_SALIterator* it) const {
 
 // ---- iterators -----------------------------------------------------------------------
 
-void* Zu_ALIterator::nextElement() {
-    if (!_cell)
-        return nullptr;
-    void* value = _cell->_value;
-    _cell = _cell->_next;
-    return value;
-}
-
-void* Zu_ALIterator::nextKey() {
-    if (!_cell)
-        return nullptr;
-    void* key = _cell->_key;
-    _cell = _cell->_next;
-    return key;
-}
-
-void* Zu_ALIterator::nextPair(void*& value) {
-    if (!_cell)
-        return nullptr;
-    void* key = _cell->_key;
-    value = _cell->_value;
-    _cell = _cell->_next;
-    return key;
-}
-
-Zu_ALIterator& Zu_ALIterator::operator++() {
-    if (_cell)
-        _cell = _cell->_next;
-    return *this;
-}
-
 Zu_SALIterator::Zu_SALIterator(const Zu_AList& list) : Zu_ALIterator(list), _nextIterator(nullptr) {
     list.ai(this);
 }

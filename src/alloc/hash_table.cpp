@@ -3,8 +3,11 @@
 #include <zu/hash.h>
 #include <zu/pool.h>
 
+#include "hash_keys.h"
+
 #include <cstdint>
 #include <new>
+#include <typeinfo>
 
 static_assert(sizeof(ZuEntry) == 24, "entries are 24-byte manager cells");
 
@@ -12,6 +15,86 @@ namespace {
 
 // A table never grows past this many buckets.
 const unsigned MaxBuckets = 9239;
+
+using zu_hash_keys::PointerKeys;
+using zu_hash_keys::StringKeys;
+using zu_hash_keys::VirtualKeys;
+
+enum class KeyKind { Pointer, String, Virtual };
+
+// The exact dynamic type decides whether hash and match are known. Type identity is
+// checked by address: a miss only costs the virtual path, never a wrong answer.
+KeyKind kindOf(const ZuHashTable& t) {
+    const std::type_info* type = &typeid(t);
+    if (type == &typeid(ZuHashTable))
+        return KeyKind::Pointer;
+    if (type == &typeid(ZuStringHashTable))
+        return KeyKind::String;
+    return KeyKind::Virtual;
+}
+
+// The first entry of bucket whose key matches and, with a predicate, whose value passes.
+template <typename Keys>
+ZuEntry* findEntry(const ZuHashTable& t, unsigned bucket, void* key,
+                   bool (*predicate)(void*, void*), void* arg) {
+    for (ZuEntry* e = t._buckets[bucket]._entries; e; e = e->_next)
+        if (Keys::match(t, e->_key, key) && (!predicate || predicate(e->_value, arg)))
+            return e;
+    return nullptr;
+}
+
+template <typename Keys>
+ZuEntry* lookUp(const ZuHashTable& t, void* key, bool (*predicate)(void*, void*), void* arg) {
+    return findEntry<Keys>(t, Keys::bucket(t, key), key, predicate, arg);
+}
+
+ZuEntry* lookUp(const ZuHashTable& t, void* key, bool (*predicate)(void*, void*), void* arg) {
+    switch (kindOf(t)) {
+    case KeyKind::Pointer:
+        return lookUp<PointerKeys>(t, key, predicate, arg);
+    case KeyKind::String:
+        return lookUp<StringKeys>(t, key, predicate, arg);
+    default:
+        return lookUp<VirtualKeys>(t, key, predicate, arg);
+    }
+}
+
+ZuEntry* findInBucket(const ZuHashTable& t, unsigned bucket, void* key) {
+    switch (kindOf(t)) {
+    case KeyKind::Pointer:
+        return findEntry<PointerKeys>(t, bucket, key, nullptr, nullptr);
+    case KeyKind::String:
+        return findEntry<StringKeys>(t, bucket, key, nullptr, nullptr);
+    default:
+        return findEntry<VirtualKeys>(t, bucket, key, nullptr, nullptr);
+    }
+}
+
+unsigned bucketOf(const ZuHashTable& t, void* key) {
+    switch (kindOf(t)) {
+    case KeyKind::Pointer:
+        return PointerKeys::bucket(t, key);
+    case KeyKind::String:
+        return StringKeys::bucket(t, key);
+    default:
+        return VirtualKeys::bucket(t, key);
+    }
+}
+
+// Moves every entry of old (oldSize buckets) to the head of its bucket in t.
+template <typename Keys>
+void moveEntries(ZuHashTable& t, ZuBucket* old, unsigned oldSize) {
+    for (unsigned b = 0; b < oldSize; ++b) {
+        for (ZuEntry* e = old[b]._entries; e;) {
+            ZuEntry* next = e->_next;
+            ZuBucket& to = t._buckets[Keys::bucket(t, e->_key)];
+            e->_next = to._entries;
+            to._entries = e;
+            ++to._length;
+            e = next;
+        }
+    }
+}
 
 } // namespace
 
@@ -89,26 +172,24 @@ void ZuHashTable::empty() {
     init(size);
 }
 
-unsigned ZuHashTable::hash(void* key) const {
-    uint32_t k = static_cast<uint32_t>(reinterpret_cast<uintptr_t>(key));
-    uint32_t h = ((k >> 16) ^ k) & 0xFFFF;
-    return h % _size;
-}
+unsigned ZuHashTable::hash(void* key) const { return PointerKeys::bucket(*this, key); }
 
 bool ZuHashTable::match(void* key1, void* key2) const { return key1 == key2; }
 
-void ZuHashTable::insert(void* key, void* value) { insert(hash(key), key, value); }
+void ZuHashTable::insert(void* key, void* value) {
+    if (_buckets)
+        insert(bucketOf(*this, key), key, value);
+}
 
 void ZuHashTable::insert(unsigned bucket, void* key, void* value) {
     if (!_buckets)
         return;
-    ZuBucket& b = _buckets[bucket % _size];
-    for (ZuEntry* e = b._entries; e; e = e->_next) {
-        if (match(e->_key, key)) {
-            e->_value = value;
-            return;
-        }
+    bucket %= _size;
+    if (ZuEntry* existing = findInBucket(*this, bucket, key)) {
+        existing->_value = value;
+        return;
     }
+    ZuBucket& b = _buckets[bucket];
     ZuEntry* entry = new ZuEntry(key, value, b._entries);
     if (!entry)
         return;
@@ -128,41 +209,33 @@ bool ZuHashTable::replace(void* key, void* value) {
 }
 
 bool ZuHashTable::contains(void* key) const {
-    if (!_buckets)
-        return false;
-    for (ZuEntry* e = _buckets[hash(key)]._entries; e; e = e->_next)
-        if (match(e->_key, key))
-            return true;
-    return false;
+    return _buckets && lookUp(*this, key, nullptr, nullptr);
 }
 
-bool ZuHashTable::remove(void* key) { return remove(hash(key), key); }
+bool ZuHashTable::remove(void* key) { return _buckets && remove(bucketOf(*this, key), key); }
 
 bool ZuHashTable::remove(unsigned bucket, void* key) {
     if (!_buckets)
         return false;
-    ZuBucket& b = _buckets[bucket % _size];
-    for (ZuEntry** link = &b._entries; *link; link = &(*link)->_next) {
-        ZuEntry* e = *link;
-        if (!match(e->_key, key))
-            continue;
-        *link = e->_next;
-        delete e;
-        --b._length;
-        --_count;
-        shrinkingRehash();
-        return true;
-    }
-    return false;
+    bucket %= _size;
+    ZuEntry* e = findInBucket(*this, bucket, key);
+    if (!e)
+        return false;
+    ZuBucket& b = _buckets[bucket];
+    ZuEntry** link = &b._entries;
+    while (*link != e)
+        link = &(*link)->_next;
+    *link = e->_next;
+    delete e;
+    --b._length;
+    --_count;
+    shrinkingRehash();
+    return true;
 }
 
 void* ZuHashTable::find(void* key, bool (*predicate)(void*, void*), void* arg) const {
-    if (!_buckets)
-        return nullptr;
-    for (ZuEntry* e = _buckets[hash(key)]._entries; e; e = e->_next)
-        if (match(e->_key, key) && (!predicate || predicate(e->_value, arg)))
-            return e->_value;
-    return nullptr;
+    ZuEntry* e = _buckets ? lookUp(*this, key, predicate, arg) : nullptr;
+    return e ? e->_value : nullptr;
 }
 
 void ZuHashTable::mapHash(void (*f)(void*, void*, void*), void* arg) const {
@@ -196,18 +269,19 @@ void ZuHashTable::reHash(unsigned newSize) {
     if (!fresh)
         return; // out of memory: the table keeps its buckets
     ZuBucket* old = _buckets;
-    unsigned oldSize = _size;
+    unsigned oldSize = old ? _size : 0;
     _size = newSize;
     _buckets = fresh;
-    for (unsigned b = 0; b < oldSize; ++b) {
-        for (ZuEntry* e = old[b]._entries; e;) {
-            ZuEntry* next = e->_next;
-            ZuBucket& to = _buckets[hash(e->_key)];
-            e->_next = to._entries;
-            to._entries = e;
-            ++to._length;
-            e = next;
-        }
+    switch (kindOf(*this)) {
+    case KeyKind::Pointer:
+        moveEntries<PointerKeys>(*this, old, oldSize);
+        break;
+    case KeyKind::String:
+        moveEntries<StringKeys>(*this, old, oldSize);
+        break;
+    default:
+        moveEntries<VirtualKeys>(*this, old, oldSize);
+        break;
     }
     delete[] old;
 }

@@ -289,20 +289,6 @@ void Zu_List::ri(Zu_SLIterator* it) const {
 
 // ---- iterators -----------------------------------------------------------------------
 
-void* Zu_LIterator::nextElement() {
-    if (!_cell)
-        return nullptr;
-    void* value = _cell->_value;
-    _cell = _cell->_next;
-    return value;
-}
-
-Zu_LIterator& Zu_LIterator::operator++() {
-    if (_cell)
-        _cell = _cell->_next;
-    return *this;
-}
-
 Zu_SLIterator::Zu_SLIterator(const Zu_List& list) : Zu_LIterator(list), _nextIterator(nullptr) {
     list.ai(this);
 }

@@ -2,6 +2,8 @@
 #include <zu/hash.h>
 #include <zu/pool.h>
 
+#include "hash_keys.h"
+
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -22,24 +24,11 @@ ZuStringHashTable::ZuStringHashTable(unsigned size) : ZuHashTable(size) {}
 ZuStringHashTable::~ZuStringHashTable() = default;
 
 bool ZuStringHashTable::match(void* key1, void* key2) const {
-    if (!key1 || !key2)
-        return key1 == key2;
-    return strcmp(static_cast<const char*>(key1), static_cast<const char*>(key2)) == 0;
+    return zu_hash_keys::stringMatch(key1, key2);
 }
 
 unsigned ZuStringHashTable::hash(void* key) const {
-    uint32_t h = 0;
-    if (key) {
-        for (const char* p = static_cast<const char*>(key); *p; ++p) {
-            // Each byte enters as a signed char: above 127 it is sign-extended.
-            int32_t c = static_cast<signed char>(*p);
-            h = (h << 4) + static_cast<uint32_t>(c);
-            uint32_t g = h & 0xF0000000u;
-            if (g != 0)
-                h = (h ^ g) ^ (g >> 24);
-        }
-    }
-    return h % _size;
+    return zu_hash_keys::StringKeys::bucket(*this, key);
 }
 
 const char** ZuStringHashTable::convertToStrings(unsigned& count, bool sort, bool heap) const {
