@@ -17,7 +17,7 @@ namespace {
 struct ContentStops {
     bool stop[128];
     constexpr ContentStops() : stop() {
-        stop[0] = stop['&'] = stop['%'] = stop['<'] = true;
+        stop[0] = stop[int('&')] = stop[int('%')] = stop[int('<')] = true;
     }
 };
 constexpr ContentStops Stops{};
