@@ -260,12 +260,18 @@ void zuHold(const std::string& text) {
 
 class SummaryReporter : public benchmark::ConsoleReporter {
 public:
+    // Keeps each benchmark's rate: the median when repetitions are aggregated.
     void ReportRuns(const std::vector<Run>& runs) override {
         ConsoleReporter::ReportRuns(runs);
         for (const Run& run : runs) {
             auto it = run.counters.find("bytes_per_second");
-            if (it != run.counters.end())
-                _rates[run.benchmark_name()] = it->second.value / 1e6;
+            if (it == run.counters.end())
+                continue;
+            if (run.run_type == Run::RT_Aggregate && run.aggregate_name != "median")
+                continue;
+            const std::string name = run.run_name.str();
+            if (run.run_type == Run::RT_Aggregate || !_rates.count(name))
+                _rates[name] = it->second.value / 1e6;
         }
     }
 
@@ -364,10 +370,25 @@ void registerAll() {
 } // namespace
 
 int main(int argc, char** argv) {
-    // A filtered run (a partial one, for profiling) leaves the memory figures out.
-    bool filtered = false;
-    for (int i = 1; i < argc; ++i)
+    // A filtered run (a partial one, for profiling) leaves the memory figures out. Unless
+    // told otherwise, every benchmark runs 5 times, interleaved at random with the
+    // others so that a change in machine load touches them all alike; ratios use medians.
+    bool filtered = false, repeated = false;
+    std::vector<char*> args(argv, argv + argc);
+    for (int i = 1; i < argc; ++i) {
         filtered = filtered || std::strncmp(argv[i], "--benchmark_filter", 18) == 0;
+        repeated = repeated || std::strncmp(argv[i], "--benchmark_repetitions", 23) == 0;
+    }
+    static char repetitions[] = "--benchmark_repetitions=5";
+    static char interleaving[] = "--benchmark_enable_random_interleaving=true";
+    static char aggregates[] = "--benchmark_report_aggregates_only=true";
+    if (!repeated) {
+        args.push_back(repetitions);
+        args.push_back(interleaving);
+        args.push_back(aggregates);
+    }
+    argc = int(args.size());
+    argv = args.data();
     registerAll();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))

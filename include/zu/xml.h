@@ -652,7 +652,7 @@ private:
     bool parseLiteral(bool pubid);
     bool parseElement(ZuXmlElementI*& element);
     bool parseTagStart(ZuXmlElementI*& element, bool& empty);
-    bool parseAttribute(ZuXmlElementI* element);
+    bool parseAttribute(ZuXmlElementI* element, bool& spaceGiven);
     bool parseAttValue(char*& value);
     bool parseTagEnd(ZuXmlElementI* element);
     bool parseContent();

@@ -9,6 +9,10 @@
 #include <cstring>
 #include <new>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 using namespace zu_xml;
 
 namespace {
@@ -23,6 +27,29 @@ struct ContentStops {
 constexpr ContentStops Stops{};
 
 inline bool isText(unsigned short c) { return c >= 128 || !Stops.stop[c]; }
+
+// The first unit from p that ends a run of character data (the 0 unit after the text
+// stops every scan), eight units at a time where the processor allows.
+inline const unsigned short* skipText(const unsigned short* p, const unsigned short* end) {
+#ifdef __SSE2__
+    const __m128i lt = _mm_set1_epi16('<'), amp = _mm_set1_epi16('&');
+    const __m128i percent = _mm_set1_epi16('%'), zero = _mm_setzero_si128();
+    while (p + 8 <= end) {
+        const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+        const __m128i hit = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi16(units, lt), _mm_cmpeq_epi16(units, amp)),
+                                         _mm_or_si128(_mm_cmpeq_epi16(units, percent), _mm_cmpeq_epi16(units, zero)));
+        const int mask = _mm_movemask_epi8(hit);
+        if (mask)
+            return p + __builtin_ctz(unsigned(mask)) / 2;
+        p += 8;
+    }
+#else
+    (void)end;
+#endif
+    while (isText(*p))
+        ++p;
+    return p;
+}
 
 // A growing UTF-8 buffer for attribute values that hold references.
 class ValueBuffer {
@@ -145,18 +172,22 @@ bool ZuXmlParser::parseTagStart(ZuXmlElementI*& element, bool& empty) {
         return false;
     }
     _document->startElement(created);
+    bool spaceGiven = false;
     while (parseS()) {
         // White space not followed by a name ends the attribute list.
         if (!IsNameStart_(*_position))
             break;
-        if (!parseAttribute(created)) {
+        if (!parseAttribute(created, spaceGiven)) {
             delete created;
             return false;
         }
     }
-    const char* space = created->getAttributeValue("xml:space");
-    if (space && std::strcmp(space, "preserve") == 0)
-        created->preserveWhiteSpaces(true);
+    // Looked up (through the element) only when the start tag named xml:space.
+    if (spaceGiven) {
+        const char* space = created->getAttributeValue("xml:space");
+        if (space && std::strcmp(space, "preserve") == 0)
+            created->preserveWhiteSpaces(true);
+    }
     parseS();
     if (parseChar('/')) {
         empty = true;
@@ -174,10 +205,11 @@ bool ZuXmlParser::parseTagStart(ZuXmlElementI*& element, bool& empty) {
     return true;
 }
 
-bool ZuXmlParser::parseAttribute(ZuXmlElementI* element) {
+bool ZuXmlParser::parseAttribute(ZuXmlElementI* element, bool& spaceGiven) {
     char* name = nullptr;
     if (!parseName(name))
         return false;
+    spaceGiven = spaceGiven || (name[0] == 'x' && std::strcmp(name, "xml:space") == 0);
     if (!parseEq()) {
         delete[] name;
         error(ZuXmlError::EqualSignExpected);
@@ -290,9 +322,7 @@ bool ZuXmlParser::parseTagEnd(ZuXmlElementI* element) {
 bool ZuXmlParser::parseContent() {
     Marker marker(*this, _position);
     for (;;) {
-        const unsigned short* p = _position;
-        while (isText(*p))
-            ++p;
+        const unsigned short* p = skipText(_position, _end);
         _position = p;
         const unsigned short c = *p;
         if (c == 0) {
@@ -325,8 +355,12 @@ bool ZuXmlParser::parseContent() {
         addText(marker);
         if (p[1] == '/')
             return true;
+        // When no name follows, the element attempt would only record INVALID_TAG_NAME
+        // at the "<" and give the unit back; that record is made below, only if nothing
+        // else matches, which spares counting lines for every comment in content.
+        const bool named = IsNameStart_(p[1]);
         ZuXmlElementI* child = nullptr;
-        if (!parseElement(child)) {
+        if (!named || !parseElement(child)) {
             const unsigned short* before = _position;
             marker._position = _position;
             if (parseCharData() || parseCDSect() || parsePI() || parseComment()) {
@@ -334,9 +368,10 @@ bool ZuXmlParser::parseContent() {
                 ZuXmlError::Reset();
             } else if (ZuXmlError::IsSet()) {
                 return false;
-            } else if (_position == before) {
-                // Nothing recorded and nothing read (a notification cleared the record):
-                // stop rather than read the same unit again.
+            } else if (!named || _position == before) {
+                // Also when a notification cleared the record: stop rather than read
+                // the same unit again.
+                _position = before;
                 error(ZuXmlError::InvalidTagName);
                 return false;
             }

@@ -82,21 +82,23 @@ ZuXmlElement::~ZuXmlElement() {
     _attributes.apply(deleteNode, nullptr);
     _attributes.clear();
     // Deep trees are deleted without deep recursion: the children of a plain ZuXmlElement
-    // child are moved to the end of this chain before that child is deleted. Each cell is
-    // freed as it is passed.
+    // child are spliced into this chain right after it before it is deleted, so that
+    // the tree is visited in document order, the order in which a parse allocated it.
+    // Each cell is freed as it is passed.
     _children.e();
     Zu_List::Cell* cell = _children._first;
-    Zu_List::Cell* last = _children._last;
     _children._first = _children._last = nullptr;
     _children._length = 0;
     while (cell) {
         ZuXmlNodeI* node = static_cast<ZuXmlNodeI*>(cell->_value);
-        if (node && typeid(*node) == typeid(ZuXmlElement)) {
+        // The type information of ZuXmlElement is unique (its key function is here), so
+        // comparing addresses is enough and avoids comparing names.
+        if (node && &typeid(*node) == &typeid(ZuXmlElement)) {
             Zu_List& grandChildren = static_cast<ZuXmlElement*>(node)->_children;
             if (grandChildren._first) {
                 grandChildren.e();
-                last->_next = grandChildren._first;
-                last = grandChildren._last;
+                grandChildren._last->_next = cell->_next;
+                cell->_next = grandChildren._first;
                 grandChildren._first = grandChildren._last = nullptr;
                 grandChildren._length = 0;
             }

@@ -10,6 +10,9 @@
 #include <istream>
 
 #include <sys/mman.h>
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 #include <unistd.h>
 
 namespace {
@@ -143,10 +146,34 @@ bool ZuXmlParser::useUtf8(const unsigned char* bytes, unsigned int count) {
     unsigned n = 0;
     unsigned i = 0;
     while (i < count) {
-        while (i < count && bytes[i] < 0x80)
+#ifdef __SSE2__
+        if (i + 16 <= count) {
+            const __m128i sixteen = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + i));
+            if (_mm_movemask_epi8(sixteen) == 0) {
+                const __m128i zero = _mm_setzero_si128();
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(units + n), _mm_unpacklo_epi8(sixteen, zero));
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(units + n + 8), _mm_unpackhi_epi8(sixteen, zero));
+                n += 16;
+                i += 16;
+                continue;
+            }
+        }
+#endif
+        if (i + 8 <= count) {
+            uint64_t eight;
+            std::memcpy(&eight, bytes + i, 8);
+            if (!(eight & 0x8080808080808080ull)) {
+                for (unsigned k = 0; k < 8; ++k)
+                    units[n + k] = bytes[i + k];
+                n += 8;
+                i += 8;
+                continue;
+            }
+        }
+        if (bytes[i] < 0x80) {
             units[n++] = bytes[i++];
-        if (i == count)
-            break;
+            continue;
+        }
         unsigned j = i;
         while (j < count && bytes[j] >= 0x80)
             j += 1 + extraBytes(bytes[j]);

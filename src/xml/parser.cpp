@@ -14,11 +14,14 @@ using namespace zu_xml;
 
 namespace {
 
-// True when every unit below to is ASCII.
-bool isAscii(const unsigned short* from, const unsigned short* to) {
+// Copies count units to out as bytes while they are ASCII; false (out partly written)
+// at the first unit that is not.
+bool narrowAscii(const unsigned short* from, unsigned count, char* out) {
     unsigned short any = 0;
-    for (; from < to; ++from)
-        any |= *from;
+    for (unsigned i = 0; i < count; ++i) {
+        any |= from[i];
+        out[i] = static_cast<char>(from[i]);
+    }
     return any < 0x80;
 }
 
@@ -200,17 +203,15 @@ int ZuXmlParser::lineAt(const unsigned short* pos) {
 char* ZuXmlParser::Marker::getBlock(const unsigned short* end, unsigned int drop) const {
     if (!_position || !end || end < _position || unsigned(end - _position) < drop)
         return nullptr;
-    const unsigned short* stop = end - drop;
-    const unsigned count = unsigned(stop - _position);
-    if (isAscii(_position, stop)) {
-        char* copy = new (std::nothrow) char[count + 1];
-        if (!copy)
-            return nullptr;
-        for (unsigned i = 0; i < count; ++i)
-            copy[i] = static_cast<char>(_position[i]);
-        copy[count] = '\0';
-        return copy;
+    const unsigned count = unsigned(end - drop - _position);
+    char* ascii = new (std::nothrow) char[count + 1];
+    if (!ascii)
+        return nullptr;
+    if (narrowAscii(_position, count, ascii)) {
+        ascii[count] = '\0';
+        return ascii;
     }
+    delete[] ascii;
     unsigned length = 0;
     const unsigned char* utf8 = ZuI18n::Utf16ToUtf8(length, count, _position);
     if (!utf8)
@@ -229,19 +230,21 @@ char* ZuXmlParser::scratch(unsigned int size) {
         _scratchSize = size;
     if (!_scratchBlock)
         return static_cast<char*>(pool.take(_scratchBlock, size, true));
+    // A block already large enough is used as it is, without asking the pool.
+    const ZuMemoryPool::Block* block = static_cast<const ZuMemoryPool::Block*>(_scratchBlock);
+    if (block->_size > size)
+        return static_cast<char*>(block->_data);
     return static_cast<char*>(pool.grow(_scratchBlock, size, false));
 }
 
 const char* ZuXmlParser::scratchUtf8(const unsigned short* from, const unsigned short* to) {
     const unsigned count = unsigned(to - from);
-    if (isAscii(from, to)) {
-        char* out = scratch(count + 1);
-        if (!out)
-            return nullptr;
-        for (unsigned i = 0; i < count; ++i)
-            out[i] = static_cast<char>(from[i]);
-        out[count] = '\0';
-        return out;
+    char* ascii = scratch(count + 1);
+    if (!ascii)
+        return nullptr;
+    if (narrowAscii(from, count, ascii)) {
+        ascii[count] = '\0';
+        return ascii;
     }
     unsigned length = 0;
     const unsigned char* utf8 = ZuI18n::Utf16ToUtf8(length, count, from);
