@@ -17,18 +17,11 @@
 namespace {
 
 std::string utf8(unsigned c) {
-    std::string s;
-    if (c < 0x80) {
-        s += char(c);
-    } else if (c < 0x800) {
-        s += char(0xC0 | c >> 6);
-        s += char(0x80 | (c & 0x3F));
-    } else {
-        s += char(0xE0 | c >> 12);
-        s += char(0x80 | ((c >> 6) & 0x3F));
-        s += char(0x80 | (c & 0x3F));
-    }
-    return s;
+    if (c < 0x80)
+        return std::string(1, char(c));
+    if (c < 0x800)
+        return {char(0xC0 | c >> 6), char(0x80 | (c & 0x3F))};
+    return {char(0xE0 | c >> 12), char(0x80 | ((c >> 6) & 0x3F)), char(0x80 | (c & 0x3F))};
 }
 
 bool parses(const std::string& text) {

@@ -22,14 +22,11 @@ public:
         for (unsigned edits = 1 + pick(4); edits > 0; --edits) {
             const size_t at = s.empty() ? 0 : pick(s.size() + 1);
             switch (pick(5)) {
-            case 0:
-                if (!s.empty())
-                    s[at % s.size()] = char(pick(256));
-                break;
+            case 0: s.insert(at, 1, char(pick(256))); break;
             case 1: s.insert(at, Tokens[pick(sizeof Tokens / sizeof *Tokens)]); break;
             case 2: s.erase(at, pick(8)); break;
             case 3: s.insert(at, s.substr(pick(s.size() + 1), pick(16))); break;
-            default: s.insert(at, 1, '\0'); break;
+            default: s.insert(at, 1, '\0'); break; // read as the end of the input
             }
         }
         return s;
@@ -48,10 +45,8 @@ private:
 
 std::string widened(const std::string& s, bool big) {
     std::string out = big ? "\xFE\xFF" : "\xFF\xFE";
-    for (char c : s) {
-        out += big ? '\0' : c;
-        out += big ? c : '\0';
-    }
+    for (char c : s)
+        out += big ? std::string{'\0', c} : std::string{c, '\0'};
     return out;
 }
 

@@ -6,6 +6,7 @@
 #ifndef ZU_TESTS_XML_CORPUS_H
 #define ZU_TESTS_XML_CORPUS_H
 
+#include <cstdio>
 #include <random>
 #include <set>
 #include <string>
@@ -48,13 +49,8 @@ private:
     unsigned pick(unsigned n) { return std::uniform_int_distribution<unsigned>(0, n - 1)(_rng); }
 
     void misc(std::string& s) {
-        for (unsigned i = pick(3); i > 0; --i) {
-            switch (pick(3)) {
-            case 0: s += "<!--" + plain(8) + "-->"; break;
-            case 1: s += "<?pi " + plain(8) + "?>"; break;
-            default: s += "\n  "; break;
-            }
-        }
+        for (unsigned i = pick(3); i > 0; --i)
+            s += pick(3) == 0 ? "\n  " : pick(2) ? "<!--" + plain(8) + "-->" : "<?pi " + plain(8) + "?>";
     }
 
     std::string name() {
@@ -79,18 +75,10 @@ private:
         static const char* const Named[] = {"&lt;", "&gt;", "&amp;"};
         if (pick(2))
             return Named[pick(3)];
-        const unsigned code = pick(3) == 0 ? (pick(2) ? 9 : 10) : 32 + pick(95);
-        return (pick(2) ? "&#" + std::to_string(code) : "&#x" + hex(code)) + ";";
-    }
-
-    static std::string hex(unsigned v) {
-        static const char Digits[] = "0123456789abcdefABCDEF";
-        std::string s;
-        do {
-            s.insert(s.begin(), Digits[v % 16]);
-            v /= 16;
-        } while (v);
-        return s;
+        const unsigned code = pick(3) == 0 ? 9 + pick(2) : 32 + pick(95);
+        char ref[16];
+        std::snprintf(ref, sizeof ref, pick(2) ? "&#%u;" : pick(2) ? "&#x%x;" : "&#x%X;", code);
+        return ref;
     }
 
     void element(std::string& s, unsigned depth) {

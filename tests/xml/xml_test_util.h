@@ -5,6 +5,7 @@
 
 #include <zu/xml.h>
 
+#include <cstring>
 #include <sstream>
 #include <string>
 
@@ -30,6 +31,13 @@ inline std::string written(const ZuXmlDocumentI& doc) {
     std::ostringstream out;
     doc.write(out);
     return out.str();
+}
+
+// A new[] copy, for the storing operations.
+inline char* newString(const char* s) {
+    char* copy = new char[std::strlen(s) + 1];
+    std::strcpy(copy, s);
+    return copy;
 }
 
 inline unsigned nodeCount(const ZuXmlDocument& doc) { return doc.getNodes().getLength(); }
