@@ -7,7 +7,8 @@
 // strings. Setters copy their argument (an empty string is stored as null); the store
 // operations take ownership of a new[] array. A document owns its top-level nodes, an
 // element its attributes and children. Parse errors go to the process-wide ZuXmlError.
-// Nothing here is thread-safe: the error record and the writer's indentation are shared.
+// Nothing here is thread-safe: the error record, the writer's indentation and the
+// free lists of node memory are process-wide.
 
 #include <zu/array.h>
 #include <zu/export.h>
@@ -200,7 +201,7 @@ class ZU_API ZuXmlCommentI : public ZuXmlNodeI {
 public:
     // 3.
     unsigned int getType() const override;
-    // "<!--", the comment, "-->" and a line end.
+    // "<!--", the comment, "-->" and a line end, not indented.
     void write(std::ostream& os) const override;
     virtual const char* getComment() const = 0;
     // Stores a copy (null for a null or empty comment).
@@ -214,7 +215,7 @@ class ZU_API ZuXmlCDataI : public ZuXmlNodeI {
 public:
     // 4.
     unsigned int getType() const override;
-    // "<![CDATA[", the data unescaped, "]]>" and a line end.
+    // "<![CDATA[", the data unescaped, "]]>" and a line end, not indented.
     void write(std::ostream& os) const override;
     virtual const char* getData() const = 0;
     // Stores a copy (null for a null or empty string).
@@ -465,8 +466,9 @@ public:
     // Frees both here.
     virtual void storeDoctype(char* name, char* rest);
 
-    // empty(), then parses in into this document. The outcome is in ZuXmlError, which
-    // this does not reset first.
+    // empty(), then parses in into this document (see ZuXmlParser). The outcome is in
+    // ZuXmlError, which this does not reset: an error left from an earlier parse makes
+    // this one fail at once.
     void read(std::istream& in);
 };
 
@@ -579,13 +581,22 @@ public:
 };
 ZU_API std::ostream& operator<<(std::ostream& os, const ZuXmlSpaces& spaces);
 
-// The parser behind ZuXmlDocumentI::read: the whole parse runs in the constructor.
-// The input is UTF-16 with a byte-order mark, or UTF-8 (with or without one) starting
-// with "<". Errors are recorded in ZuXmlError; on any failure but EMPTY_DOCUMENT the
-// document is emptied. Scratch memory comes from ZuCharPool::_Pool.
+// The parser behind ZuXmlDocumentI::read; the whole parse runs in the constructor and
+// the object keeps nothing afterwards. Input: UTF-16 with a byte-order mark, or UTF-8
+// (with or without one) whose first byte is "<"; fewer than 8 bytes fail. Errors go to
+// ZuXmlError (only the first is meaningful); on any failure but EMPTY_DOCUMENT the
+// document is emptied, even a complete one followed by stray content (code 4).
+// Deliberate: "<?xml" matches in any case; a reference keeps only the low 8 bits of its
+// character; an unknown entity stays verbatim in an attribute value and becomes a
+// reference node in content; "&quote;" is an apostrophe; in content every comment, PI
+// and CDATA clears the error record; PIs are not notified. Every parse ends: an
+// unterminated PI is EARLY_END_OF_DOCUMENT, "]" in content is character data, and
+// nesting deeper than MaxDepth is NestingTooDeep. Scratch memory comes from
+// ZuCharPool::_Pool; the pages of buffers of 1 MB or more are given back after use.
 class ZU_API ZuXmlParser {
 public:
-    // Element nesting beyond this depth records NestingTooDeep (26).
+    // Open elements allowed; one more records NestingTooDeep (26). The parse recurses
+    // once per level (about 2 MB of stack at this depth in an optimised build).
     static const unsigned int MaxDepth = 10000;
 
     // A saved position.
