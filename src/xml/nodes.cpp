@@ -112,7 +112,7 @@ ZuXmlCharRef::~ZuXmlCharRef() { delete[] _name; }
 int ZuXmlCharRef::getRefCode() const { return _code; }
 
 void ZuXmlCharRef::setRefCode(int code) {
-    replace(_name, nullptr);
+    storeRefName(nullptr);
     _code = code;
 }
 
