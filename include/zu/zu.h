@@ -4,5 +4,6 @@
 // Everything Zu declares.
 #include <zu/export.h>
 #include <zu/string.h>
+#include <zu/locale.h>
 
 #endif
