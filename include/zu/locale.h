@@ -268,7 +268,9 @@ public:
     // Registry: number of live locales, capacity of the array, entry i (or null).
     static uint16_t GetLocaleNumber() { return _LocaleNumber; }
     static uint16_t GetMaxLocaleNumber() { return _MaxLocaleNumber; }
-    static ZuLocale* GetLocaleAt(uint16_t i) { return i < _LocaleNumber ? _LocaleList[i] : nullptr; }
+    static ZuLocale* GetLocaleAt(uint16_t i) {
+        return i < _LocaleNumber ? _LocaleList[i] : nullptr;
+    }
 
 private:
     friend class ZuLocaleExtension; // raises and lowers _refCount
