@@ -10,11 +10,8 @@
 #include <clocale>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace zu_test {
-
-extern const char* const kGenerated[10];
 
 inline std::string str(const char* s) { return s ? s : "(null)"; }
 inline std::string take(char* s) { return str(std::unique_ptr<char[]>(s).get()); }
