@@ -68,8 +68,9 @@ int main() {
         delete[] names;
     }
     section("Locale");
-    for (const char* name :
-         {"de_DE.ISO8859-1", "ja_JP.eucJP", "zh_HK.950", "french.utf8", "ko_KR.EUC-KR", "C"}) {
+    const char* spellings[] = {"de_DE.ISO8859-1", "ja_JP.eucJP", "zh_HK.950",
+                               "french.utf8",     "ko_KR.EUC-KR", "C"};
+    for (const char* name : spellings) {
         char* standard = ZuLocale::GetStdLocaleName(name);
         std::cout << name << " -> " << (standard ? standard : "(no standard name)") << "\n";
         delete[] standard;
