@@ -87,7 +87,7 @@ ZU_API char* ToStdLangTerr(char* name);
 // names that are ambiguous alone ("950", "EUC"). Unknown names give 0.
 // Windows numbers match only exactly: "1252" gives 23 but "cp1252" gives 0.
 // Deliberately some canonical names are not recognised: "US-ASCII", "EUC-KR",
-// "EUC-TW", "Shift_JIS" and the "windows-" names give 0.
+// "EUC-TW", "Shift_JIS", "hp-roman8" and the "windows-" and "DEC-" names give 0.
 ZU_API ZuEncoding ToStdEncodingValue(ZuString codeset, const char* langTerr);
 
 // A new copy of the host's code set name for the current character-type locale,
