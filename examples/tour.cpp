@@ -77,6 +77,17 @@ int main() {
         std::cout << "\n";
         delete[] names;
     }
+    section("Locale");
+    const char* spellings[] = {"de_DE.ISO8859-1", "ja_JP.eucJP", "zh_HK.950",
+                               "french.utf8",     "ko_KR.EUC-KR", "C"};
+    for (const char* name : spellings) {
+        char* standard = ZuLocale::GetStdLocaleName(name);
+        std::cout << name << " -> " << (standard ? standard : "(no standard name)") << "\n";
+        delete[] standard;
+    }
+    char number[32];
+    ZuDoubleToString(number, 0.5, nullptr);
+    std::cout << "0.5 whatever the numeric locale: " << number << "\n";
     section("XML");
     {
         const char* text = "<?xml version='1.0'?>\n"

@@ -10,6 +10,7 @@
 #include <zu/hash.h>
 #include <zu/string.h>
 #include <zu/i18n.h>
+#include <zu/locale.h>
 #include <zu/xml.h>
 
 #endif
