@@ -1,6 +1,7 @@
-// XML parse and write throughput (MB/s) of Zu against pugixml, tinyxml2 and libxml2 on a
-// generated document of about 8 MB and one of about 2 KB, and the peak memory each
-// parser needs for the 8 MB document (measured in a child process). Ratios are printed
+// XML parse and write throughput (MB/s) of Zu against pugixml, tinyxml2 and libxml2 on
+// generated documents: records of about 8 MB and 2 KB (many small elements, indented),
+// and articles of about 8 MB (few elements, long texts); and the peak memory each parser
+// needs for the two 8 MB documents (measured in child processes). Ratios are printed
 // after the runs.
 #include <zu/xml.h>
 
@@ -71,6 +72,30 @@ std::string makeDocument(size_t targetBytes) {
     }
     s += "</catalog>\n";
     return s;
+}
+
+// Articles: few elements, long texts (about 1.2 KB of words per article).
+std::string makeArticles(size_t targetBytes) {
+    static const char* const Words[] = {"alpha", "bravo", "charlie", "delta", "echo",
+                                        "foxtrot", "golf", "hotel", "india", "juliet"};
+    std::string s = "<?xml version=\"1.0\"?>\n<articles>\n";
+    unsigned seed = 777;
+    for (unsigned i = 0; s.size() < targetBytes; ++i) {
+        std::string body;
+        for (int w = 0; w < 180; ++w) {
+            seed = seed * 1103515245u + 12345u;
+            body += Words[(seed >> 8) % 10];
+            body += ' ';
+        }
+        s += "  <article id=\"a" + std::to_string(i) + "\">\n    <title>" + body.substr(0, 60) +
+             "</title>\n    <body>" + body + "</body>\n  </article>\n";
+    }
+    return s + "</articles>\n";
+}
+
+const std::string& textDocument() {
+    static const std::string doc = makeArticles(8u << 20);
+    return doc;
 }
 
 const std::string& largeDocument() {
@@ -218,8 +243,7 @@ long statusKb(const char* field) {
 // Peak resident growth, in bytes, while parsing the large document and holding its tree;
 // measured in a child so that every parser starts from the same state. -1 when the
 // peak cannot be reset (no /proc/self/clear_refs).
-long peakBytes(const std::function<void(const std::string&)>& parse) {
-    const std::string& text = largeDocument();
+long peakBytes(const std::string& text, const std::function<void(const std::string&)>& parse) {
     int pipeFd[2];
     if (pipe(pipeFd) != 0)
         return -1;
@@ -279,7 +303,7 @@ public:
         static const char* const Peers[] = {"pugixml", "tinyxml2", "libxml2"};
         std::printf("\nThroughput in MB/s, and Zu's ratio to each peer (above 1: Zu faster)\n");
         for (const char* op : {"Parse", "Write"}) {
-            for (const char* size : {"8MB", "2KB"}) {
+            for (const char* size : {"8MB", "2KB", "8MB-articles"}) {
                 const std::string zu = std::string("Zu") + op + "/" + size;
                 auto z = _rates.find(zu);
                 if (z == _rates.end())
@@ -301,39 +325,41 @@ private:
 
 // Measured before any benchmark runs, so that no parser finds memory left by another.
 std::string measureMemory() {
-    const double input = double(largeDocument().size());
     std::string report;
     char text[160];
-    std::snprintf(text, sizeof text,
-                  "\nPeak memory parsing the %.1f MB document (tree kept), times the input size\n",
-                  input / 1e6);
-    report += text;
-    auto line = [input, &report, &text](const char* name, long bytes) {
-        if (bytes < 0)
-            std::snprintf(text, sizeof text, "  %-9s unavailable\n", name);
-        else
-            std::snprintf(text, sizeof text, "  %-9s %7.1f MB  x%.2f\n", name, double(bytes) / 1e6,
-                          double(bytes) / input);
+    for (const std::string* doc : {&largeDocument(), &textDocument()}) {
+        const double input = double(doc->size());
+        std::snprintf(text, sizeof text,
+                      "\nPeak memory parsing the %.1f MB %s document (tree kept), times the input size\n",
+                      input / 1e6, doc == &largeDocument() ? "record" : "article");
         report += text;
-    };
-    line("Zu", peakBytes(zuHold));
+        auto line = [&](const char* name, long bytes) {
+            if (bytes < 0)
+                std::snprintf(text, sizeof text, "  %-9s unavailable\n", name);
+            else
+                std::snprintf(text, sizeof text, "  %-9s %7.1f MB  x%.2f\n", name,
+                              double(bytes) / 1e6, double(bytes) / input);
+            report += text;
+        };
+        line("Zu", peakBytes(*doc, zuHold));
 #ifdef ZU_BENCH_PUGIXML
-    line("pugixml", peakBytes([](const std::string& t) {
-             static pugi::xml_document doc;
-             doc.load_buffer(t.data(), t.size());
-         }));
+        line("pugixml", peakBytes(*doc, [](const std::string& t) {
+                 static pugi::xml_document held;
+                 held.load_buffer(t.data(), t.size());
+             }));
 #endif
 #ifdef ZU_BENCH_TINYXML2
-    line("tinyxml2", peakBytes([](const std::string& t) {
-             static tinyxml2::XMLDocument doc;
-             doc.Parse(t.data(), t.size());
-         }));
+        line("tinyxml2", peakBytes(*doc, [](const std::string& t) {
+                 static tinyxml2::XMLDocument held;
+                 held.Parse(t.data(), t.size());
+             }));
 #endif
 #ifdef ZU_BENCH_LIBXML2
-    line("libxml2", peakBytes([](const std::string& t) {
-             benchmark::DoNotOptimize(xmlReadMemory(t.data(), int(t.size()), nullptr, nullptr, 0));
-         }));
+        line("libxml2", peakBytes(*doc, [](const std::string& t) {
+                 benchmark::DoNotOptimize(xmlReadMemory(t.data(), int(t.size()), nullptr, nullptr, 0));
+             }));
 #endif
+    }
     return report;
 }
 
@@ -342,7 +368,8 @@ void registerAll() {
         const char* name;
         const std::string& (*document)();
     };
-    for (const Size& size : {Size{"8MB", largeDocument}, Size{"2KB", smallDocument}}) {
+    for (const Size& size : {Size{"8MB", largeDocument}, Size{"2KB", smallDocument},
+                             Size{"8MB-articles", textDocument}}) {
         const std::string suffix = std::string("/") + size.name;
         benchmark::RegisterBenchmark(("ZuParse" + suffix).c_str(), parseBench<zuParse>, size.document);
 #ifdef ZU_BENCH_PUGIXML
@@ -393,8 +420,8 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
-    std::printf("Documents: %zu bytes and %zu bytes\n", largeDocument().size(),
-                smallDocument().size());
+    std::printf("Documents: records %zu bytes and %zu bytes, articles %zu bytes\n",
+                largeDocument().size(), smallDocument().size(), textDocument().size());
     const std::string memory = filtered ? std::string() : measureMemory();
     SummaryReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
