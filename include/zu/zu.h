@@ -11,5 +11,7 @@
 #include <zu/string.h>
 #include <zu/i18n.h>
 #include <zu/locale.h>
+#include <zu/pathname.h>
+#include <zu/pathlist.h>
 
 #endif
