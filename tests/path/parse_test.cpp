@@ -50,7 +50,7 @@ TEST(PathParse, SplitsDosNotation) {
         {"C:", "C|/||"},
         {"c:sub\\f", "c|sub/|f|"},
         {"\\\\server\\share\\dir\\f.txt", "\\\\server\\share|/dir/|f|txt"},
-        {"\\\\server", "||server|"},         // no share: no device
+        {"\\\\server", "|/|server|"},        // no share: no device; "//server" is "/" + server
         {"\\\\server\\share", "|/server/|share|"}, // unfinished prefix: no device
         {"1:\\a", "|1:/|a|"},                 // not a letter: part of the name
         {"a\\b\\", "|a/b/||"},
