@@ -204,9 +204,9 @@ bool ZuPathName::create(short mode, bool recursive) {
 
 bool ZuPathName::remove(bool recursive) {
     // A link goes as a link: its target, inside the tree or not, is never entered.
+    if (!doesExist()) return false;
     const ZuString form = hasFileName() ? getString(SystemPathType) : getDirName(false, SystemPathType);
     if (isLink(form)) return ::unlink(form.getValue()) == 0;
-    if (!doesExist()) return false;
     if (hasFileName()) return std::remove(form.getValue()) == 0;
     struct stat info;
     if (!QueryStat(form, info) || !S_ISDIR(info.st_mode)) return false;
@@ -224,7 +224,11 @@ bool ZuPathName::removeEntries() {
         if (isSelfOrParent(entry)) continue;
         ZuPathName child(*this);
         child.merge(entry);
-        if (!child.remove(true)) ok = false;
+        // A link inside the tree goes as a link, even a dangling one (which does not
+        // exist for remove itself).
+        const ZuString form = child.hasFileName() ? child.getString(SystemPathType)
+                                                  : child.getDirName(false, SystemPathType);
+        if (isLink(form) ? ::unlink(form.getValue()) != 0 : !child.remove(true)) ok = false;
     }
     closeDir();
     return ok;
