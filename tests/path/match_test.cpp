@@ -16,10 +16,7 @@ bool matches(const char* name, const char* pattern) { return ZuPathName(name).ma
 } // namespace
 
 TEST(PathMatch, WildcardsAndGroups) {
-    struct Case {
-        const char *name, *pattern;
-        bool expected;
-    } cases[] = {
+    struct Case { const char *name, *pattern; bool expected; } cases[] = {
         {"", "*", true},         {"abc", "*", true},       {"abc", "**", true},     {"", "?", true},
         {"x", "?", true},        {"xy", "?", false},       {"a", "a?", true},       {"ab", "a?", true},
         {"", "*?", true},        {"abc", "*?", true},      {"abc", "**?*", true},   {"c", "*c", false},

@@ -14,15 +14,8 @@ TEST(PathParse, SplitsUnixNotation) {
         const char* text;
         const char* expected; // device|directory|base|extension
     } cases[] = {
-        {"/", "|/||"},
-        {"", "|||"},
-        {"a/b/c.txt", "|a/b/|c|txt"},
-        {"/c.txt", "|/|c|txt"},
-        {"dir/", "|dir/||"},
-        {".profile", "||.profile|"},
-        {"file.", "||file.|"},
-        {"a.b.c", "||a.b|c"},
-        {"x/..", "|x/|..|"},
+        {"/", "|/||"}, {"", "|||"}, {"a/b/c.txt", "|a/b/|c|txt"}, {"/c.txt", "|/|c|txt"}, {"dir/", "|dir/||"},
+        {".profile", "||.profile|"}, {"file.", "||file.|"}, {"a.b.c", "||a.b|c"}, {"x/..", "|x/|..|"},
         {"./x", "||x|"},
         {"a//b/./c/../d.e", "|a/b/|d|e"},
         {"C:\\x", "||C:\\x|"}, // Unix notation: the backslash is part of the name
@@ -41,20 +34,13 @@ TEST(PathParse, DotKeepsTheDirectoryAndEmptiesTheFileName) {
 }
 
 TEST(PathParse, SplitsDosNotation) {
-    struct Case {
-        const char* text;
-        const char* expected;
-    } cases[] = {
-        {"C:\\x\\y.txt", "C|/x/|y|txt"},
-        {"c:file", "c|/|file|"},
-        {"C:", "C|/||"},
-        {"c:sub\\f", "c|sub/|f|"},
+    struct Case { const char* text; const char* expected; } cases[] = {
+        {"C:\\x\\y.txt", "C|/x/|y|txt"}, {"c:file", "c|/|file|"}, {"C:", "C|/||"}, {"c:sub\\f", "c|sub/|f|"},
         {"\\\\server\\share\\dir\\f.txt", "\\\\server\\share|/dir/|f|txt"},
         {"\\\\server", "|/|server|"},        // no share: no device; "//server" is "/" + server
         {"\\\\server\\share", "|/server/|share|"}, // unfinished prefix: no device
         {"1:\\a", "|1:/|a|"},                 // not a letter: part of the name
-        {"a\\b\\", "|a/b/||"},
-        {"", "|||"},
+        {"a\\b\\", "|a/b/||"}, {"", "|||"},
     };
     for (const Case& c : cases) {
         ZuPathName p;
@@ -64,18 +50,10 @@ TEST(PathParse, SplitsDosNotation) {
 }
 
 TEST(PathParse, PrintsBothWays) {
-    struct Case {
-        const char* dos;
-        const char* unixPrint;
-        const char* dosPrint;
-    } cases[] = {
-        {"C:\\x\\y.txt", "/x/y.txt", "C:\\x\\y.txt"},
-        {"", "./", ".\\"},
-        {"c:file", "/file", "c:\\file"},
-        {"c:sub\\f", "sub/f", "c:\\sub\\f"},
-        {"\\\\srv\\sh\\d\\f.txt", "/d/f.txt", "\\\\srv\\sh\\d\\f.txt"},
-        {"a\\b", "a/b", "a\\b"},
-        {"name.ext", "name.ext", "name.ext"},
+    struct Case { const char* dos; const char* unixPrint; const char* dosPrint; } cases[] = {
+        {"C:\\x\\y.txt", "/x/y.txt", "C:\\x\\y.txt"}, {"", "./", ".\\"}, {"c:file", "/file", "c:\\file"},
+        {"c:sub\\f", "sub/f", "c:\\sub\\f"}, {"\\\\srv\\sh\\d\\f.txt", "/d/f.txt", "\\\\srv\\sh\\d\\f.txt"},
+        {"a\\b", "a/b", "a\\b"}, {"name.ext", "name.ext", "name.ext"},
     };
     for (const Case& c : cases) {
         ZuPathName p;
@@ -155,9 +133,15 @@ TEST(PathParse, AssignmentAndCopyRenormaliseAndDropTheCache) {
     EXPECT_STREQ(c.getString(ZuPathName::DosPathType).getValue(), "C:\\x\\y.txt");
     c = c;
     EXPECT_TRUE(c == a);
-    ZuPathName empty, target("a/b");
+    ZuPathName empty, target("a/b"), other("/x/Y.txt");
     target = empty;
     EXPECT_EQ(parts(target), "|||");
+    EXPECT_FALSE(a == other); // case-sensitive, device included
+    other.setBaseName("y.txt");
+    other.setDevice("C");
+    EXPECT_TRUE(a == other && a.isSensitive());
+    other.setDevice("D");
+    EXPECT_FALSE(a == other);
 }
 
 TEST(PathParse, DirectoryGetters) {
@@ -169,20 +153,8 @@ TEST(PathParse, DirectoryGetters) {
     EXPECT_STREQ(p.getDirName(true, ZuPathName::DosPathType).getValue(), "C:\\x\\y\\");
     EXPECT_STREQ(p.getDirName(false, ZuPathName::UnixPathType).getValue(), "/x/y");
     EXPECT_STREQ(p.getBaseName().getValue(), "f.txt");
-    ZuPathName e, root("/");
-    EXPECT_STREQ(e.getUnixDirectory(true).getValue(), "./");
-    EXPECT_STREQ(e.getDirectory(false, ZuPathName::UnixPathType).getValue(), ".");
-    EXPECT_STREQ(e.getDosDirectory(true).getValue(), ".\\");
-    EXPECT_STREQ(root.getUnixDirectory(false).getValue(), "/");
-}
-
-TEST(PathParse, EqualityIgnoresTheCacheAndKeepsCase) {
-    ZuPathName a("/a/B.c"), b("/a/B.c"), c("/a/b.c");
-    a.getUnixValue();
-    EXPECT_TRUE(a == b);
-    EXPECT_FALSE(a == c);
-    ZuPathName d;
-    d.setDosValue("X:\\a\\B.c");
-    EXPECT_FALSE(a == d);
-    EXPECT_TRUE(a.isSensitive());
+    ZuPathName e;
+    EXPECT_EQ(std::string(e.getUnixDirectory(true).getValue()) + e.getDirectory(false, ZuPathName::UnixPathType).getValue() +
+                  e.getDosDirectory(true).getValue() + ZuPathName("/").getUnixDirectory(false).getValue(),
+              "./..\\/");
 }

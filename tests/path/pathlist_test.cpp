@@ -20,9 +20,7 @@ class PathListFiles : public zu_test::TempDirTest {};
 } // namespace
 
 TEST(PathList, SplitsKeepingEmptyPiecesAndJoins) {
-    struct Case {
-        const char *in, *out;
-    } cases[] = {
+    struct Case { const char *in, *out; } cases[] = {
         {"a::b", "a/:./:b/"}, {"", "./"}, {":", "./:./"}, {"/x/f.txt:y", "/x/f.txt/:y/"}, {"c/./d/", "c/d/"},
     };
     for (const Case& c : cases) EXPECT_STREQ(ZuPathList(c.in).getString().getValue(), c.out) << c.in;

@@ -34,10 +34,7 @@ TEST(PathStructure, LevelNumberCountsSlashesAfterTheFirstCharacter) {
 }
 
 TEST(PathStructure, SubDirectoryIsASubstringTest) {
-    struct Case {
-        const char *inner, *outer;
-        bool expected;
-    } cases[] = {
+    struct Case { const char *inner, *outer; bool expected; } cases[] = {
         {"/a/b/", "/a/", true},  {"/x/a/b/", "/a/", true}, // deliberate: not a prefix test
         {"/b/", "/a/", false},   {"/a/f.txt", "/a/", false}, {"/a/b/", "/a/f", false},
         {"a/b/", "a/", true},    {"", "", false},
@@ -61,15 +58,10 @@ TEST(PathStructure, SubDirectoryNumbering) {
     EXPECT_STREQ(p.getSubDirectory(2, -1).getValue(), "c/");
     EXPECT_STREQ(p.getSubDirectory(5, 6).getValue(), "");
     EXPECT_STREQ(p.getSubDirectory(2, 1).getValue(), "");
-    struct Case {
-        const char* text;
-        const char *first, *last, *allButFirst, *allButLast;
-    } cases[] = {
+    struct Case { const char* text; const char *first, *last, *allButFirst, *allButLast; } cases[] = {
         {"/a/b/c/f.x", "|/a/|f|x", "|c/|f|x", "|b/c/|f|x", "|/a/b/|f|x"},
-        {"x/y/", "|x/||", "|y/||", "|y/||", "|x/||"},
-        {"/a/", "|/a/||", "|/a/||", "|||", "|/||"},
-        {"x/", "|x/||", "|x/||", "|||", "|||"},
-        {"/", "|/||", "|/||", "|/||", "|/||"},
+        {"x/y/", "|x/||", "|y/||", "|y/||", "|x/||"}, {"/a/", "|/a/||", "|/a/||", "|||", "|/||"},
+        {"x/", "|x/||", "|x/||", "|||", "|||"}, {"/", "|/||", "|/||", "|/||", "|/||"},
         {"f", "||f|", "||f|", "||f|", "||f|"},
     };
     for (const Case& c : cases) {
