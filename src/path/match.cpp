@@ -16,7 +16,8 @@ namespace {
 // Matching runs on bytes, or on wide characters when some part holds multibyte
 // characters, so that "?" always stands for one character.
 bool holdsMultibyte(const ZuString& s) {
-    return s.getInternal()->getType() == 1 && static_cast<size_t>(s.getLength()) != bytesOf(s).size();
+    return static_cast<size_t>(s.getInternal()->getLength()) != bytesOf(s).size() &&
+           s.getInternal()->getType() == 1;
 }
 
 template <class C>
@@ -55,14 +56,19 @@ public:
         Text k1, k2;
         if (!names(of(_path.getDevice(), k1), of(_pattern.getDevice(), k2))) return false;
         if (!names(directory(_path, k1), directory(_pattern, k2))) return false;
+        Text k3, k4;
+        const View patternBase = of(_pattern.getBaseNameOnly(), k3);
+        const View patternExtension = of(_pattern.getExtension(), k4);
+        // Without a "(" there is no group, and the whole pattern file name is only built
+        // when the fallback needs it.
+        if (patternBase.find(C('(')) == View::npos && patternExtension.find(C('(')) == View::npos)
+            return internalMatch(patternBase, patternExtension, nullptr);
         Text fileName;
         const View F = file(_pattern, fileName);
         const size_t open = F.find(C('('));
         const size_t bar = open == View::npos ? open : F.find(C('|'), open);
         const size_t close = bar == View::npos ? bar : F.find(C(')'), bar);
-        Text k3, k4;
-        if (close == View::npos)
-            return internalMatch(of(_pattern.getBaseNameOnly(), k3), of(_pattern.getExtension(), k4), F);
+        if (close == View::npos) return internalMatch(patternBase, patternExtension, &F);
         const View prefix = F.substr(0, open);
         const View suffix = F.substr(close + 1);
         size_t from = open + 1;
@@ -74,7 +80,7 @@ public:
             candidate.append(suffix);
             View base, extension;
             splitCandidate(candidate, base, extension);
-            if (internalMatch(base, extension, F)) return true;
+            if (internalMatch(base, extension, &F)) return true;
             if (to == close) return false;
             from = to + 1;
         }
@@ -89,7 +95,7 @@ private:
 
     // getUnixDirectory(true) without building a string.
     static View directory(const ZuPathName& p, Text& keep) {
-        if (p.getInternalDirectory().isEmpty()) {
+        if (bytesOf(p.getInternalDirectory()).empty()) {
             static const C currentDir[] = {C('.'), C('/'), C(0)};
             return View(currentDir, 2);
         }
@@ -98,7 +104,7 @@ private:
 
     // getBaseName(): base name, then "." and the extension when there is one.
     static View file(const ZuPathName& p, Text& out) {
-        if (p.getExtension().isEmpty()) return of(p.getBaseNameOnly(), out);
+        if (bytesOf(p.getExtension()).empty()) return of(p.getBaseNameOnly(), out);
         Text keep;
         out.assign(of(p.getBaseNameOnly(), keep));
         out.push_back(C('.'));
@@ -125,7 +131,8 @@ private:
     }
 
     // The file-name stage: extension and base name separately, else the whole name.
-    bool internalMatch(View patternBase, View patternExtension, View patternFile) {
+    // A null patternFile stands for the pattern's own file name.
+    bool internalMatch(View patternBase, View patternExtension, const View* patternFile) {
         Text k1, k2;
         if (!patternExtension.empty() && names(of(_path.getExtension(), k1), patternExtension) &&
             names(of(_path.getBaseNameOnly(), k2), patternBase))
@@ -134,7 +141,10 @@ private:
             _pathFileView = file(_path, _pathFile);
             _pathFileReady = true;
         }
-        return names(_pathFileView, patternFile);
+        if (patternFile) return names(_pathFileView, *patternFile);
+        if (patternExtension.empty()) return names(_pathFileView, patternBase);
+        Text whole;
+        return names(_pathFileView, file(_pattern, whole));
     }
 
     const ZuPathName& _path;

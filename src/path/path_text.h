@@ -17,10 +17,14 @@
 
 namespace zu_path {
 
-// The bytes of s, without the terminator.
+// The bytes of s, without the terminator. Reads the representation directly: this sits
+// on every hot path of the path code.
 inline std::string_view bytesOf(const ZuString& s) {
-    const size_t size = s.getSize();
-    return std::string_view(s.getValue(), size ? size - 1 : 0);
+    const ZuInternalString* rep = s.getInternal();
+    const char* value = rep->getValue();
+    const size_t size = static_cast<size_t>(rep->getSize());
+    if (!value || size == 0) return std::string_view();
+    return std::string_view(value, size - 1);
 }
 
 // The characters [start, end) of s chosen by a path range (end, start). Character

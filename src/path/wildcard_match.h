@@ -37,11 +37,7 @@ inline wchar_t lowerUnit(wchar_t c) { return static_cast<wchar_t>(std::towlower(
 
 template <class C>
 bool sameUnits(const C* a, const C* b, size_t n, bool caseSensitive) {
-    if (caseSensitive) {
-        for (size_t i = 0; i < n; ++i)
-            if (a[i] != b[i]) return false;
-        return true;
-    }
+    if (caseSensitive) return std::char_traits<C>::compare(a, b, n) == 0;
     for (size_t i = 0; i < n; ++i)
         if (a[i] != b[i] && lowerUnit(a[i]) != lowerUnit(b[i])) return false;
     return true;
@@ -155,12 +151,66 @@ private:
     size_t _depth = 0;
 };
 
-// True when the pattern needs no rewriting (no "*?" and no "**").
+// True when the pattern needs no rewriting (no "*?" and no "**"); counts its stars.
 template <class C>
-bool isCanonical(std::basic_string_view<C> pattern) {
-    for (size_t i = 1; i < pattern.size(); ++i)
-        if (pattern[i - 1] == C('*') && (pattern[i] == C('*') || pattern[i] == C('?'))) return false;
+bool isCanonical(std::basic_string_view<C> pattern, size_t& stars) {
+    stars = 0;
+    for (size_t i = 0; i < pattern.size(); ++i) {
+        if (pattern[i] != C('*')) continue;
+        ++stars;
+        if (i + 1 < pattern.size() && (pattern[i + 1] == C('*') || pattern[i + 1] == C('?'))) return false;
+    }
     return true;
+}
+
+// The same rules as WildcardMatcher, as a plain recursion without memory, for the
+// short names and patterns met in practice: 1 match, 0 no match, -1 gave up because
+// the attempts ran out (the caller then runs WildcardMatcher). The recursion depth is
+// at most the number of stars in the pattern.
+template <class C>
+int quickMatch(const C* name, size_t nameLength, const C* pattern, size_t patternLength,
+               bool caseSensitive, long& budget) {
+    for (;;) {
+        if (--budget < 0) return -1;
+        size_t k = 0;
+        while (k < patternLength && pattern[k] != C('?') && pattern[k] != C('*')) ++k;
+        if (k == patternLength)
+            return nameLength == patternLength && sameUnits(name, pattern, k, caseSensitive);
+        if (nameLength < k || !sameUnits(name, pattern, k, caseSensitive)) return 0;
+        const size_t skip = k + 1 < nameLength ? k + 1 : nameLength;
+        const C* rest = name + skip;
+        const size_t restLength = nameLength - skip;
+        const C* patternRest = pattern + k + 1;
+        const size_t patternRestLength = patternLength - k - 1;
+        if (pattern[k] == C('?')) {
+            name = rest;
+            nameLength = restLength;
+            pattern = patternRest;
+            patternLength = patternRestLength;
+            continue;
+        }
+        if (patternRestLength == 0) return 1;
+        // A literal rest can only match the candidate of its own length: the one at
+        // offset restLength - patternRestLength, which the loop below tries when it is
+        // 0, or at least k + 1 while the rest is longer than one character.
+        size_t w = 0;
+        while (w < patternRestLength && patternRest[w] != C('?') && patternRest[w] != C('*')) ++w;
+        if (w == patternRestLength) {
+            if (--budget < 0) return -1;
+            if (restLength < patternRestLength) return 0;
+            const size_t at = restLength - patternRestLength;
+            if (at != 0 && (restLength <= 1 || at < k + 1)) return 0;
+            return sameUnits(rest + at, patternRest, patternRestLength, caseSensitive);
+        }
+        for (size_t offset = 0;;) {
+            const int r = quickMatch(rest + offset, restLength - offset, patternRest, patternRestLength,
+                                     caseSensitive, budget);
+            if (r != 0) return r;
+            if (restLength - offset <= 1) return 0;
+            offset = offset == 0 ? k + 1 : offset + 1;
+            if (offset > restLength) offset = restLength;
+        }
+    }
 }
 
 // Every run of wildcards rewritten as its "?" followed by one "*" when it had any.
@@ -186,10 +236,23 @@ std::basic_string<C> canonicalPattern(std::basic_string_view<C> pattern) {
     return out;
 }
 
+// Limits of the plain recursion: its depth (stars) and its work (attempts).
+const size_t kQuickStars = 64;
+const long kQuickAttempts = 4096;
+
 template <class C>
 bool doesNameMatch(std::basic_string_view<C> name, std::basic_string_view<C> pattern,
                    bool caseSensitive) {
-    if (isCanonical(pattern)) return WildcardMatcher<C>(name, pattern, caseSensitive).run();
+    size_t stars = 0;
+    if (isCanonical(pattern, stars)) {
+        if (stars <= kQuickStars) {
+            long budget = kQuickAttempts;
+            const int r = quickMatch(name.data(), name.size(), pattern.data(), pattern.size(),
+                                     caseSensitive, budget);
+            if (r >= 0) return r == 1;
+        }
+        return WildcardMatcher<C>(name, pattern, caseSensitive).run();
+    }
     const std::basic_string<C> canonical = canonicalPattern(pattern);
     return WildcardMatcher<C>(name, canonical, caseSensitive).run();
 }
