@@ -15,7 +15,7 @@ namespace {
 
 // Matching runs on bytes, or on wide characters when some part holds multibyte
 // characters, so that "?" always stands for one character.
-bool holdsMultibyte(const ZuString& s) {
+inline bool holdsMultibyte(const ZuString& s) {
     return static_cast<size_t>(s.getInternal()->getLength()) != bytesOf(s).size() &&
            s.getInternal()->getType() == 1;
 }

@@ -2,6 +2,7 @@
 // operations of ZuPathName.
 #include "path_text.h"
 
+#include <cstring>
 #include <vector>
 
 namespace zu_path {
@@ -46,9 +47,20 @@ private:
 // always finds the first remaining occurrence. The leading ".." components are only
 // protected when the text started with them: ".." components that come to the front
 // later are removed by a further ".." like any other component.
-void normalizeDirectory(std::string_view dir, std::string& out) {
-    out.clear();
-    out.reserve(dir.size() + 1);
+size_t normalizeDirectory(std::string_view dir, char* buffer) {
+    // The output keeps a subset of the components in order, each followed by one "/",
+    // so it never exceeds dir.size() + 1 bytes.
+    struct Out {
+        char* data;
+        size_t n = 0;
+        void push_back(char c) { data[n++] = c; }
+        void append(const char* p, size_t k) {
+            std::memcpy(data + n, p, k);
+            n += k;
+        }
+        size_t size() const { return n; }
+        void resize(size_t k) { n = k; }
+    } out{buffer};
     OffsetStack stack;
     const bool absolute = !dir.empty() && dir[0] == '/';
     if (absolute) {
@@ -86,6 +98,7 @@ void normalizeDirectory(std::string_view dir, std::string& out) {
         out.append(c.data(), c.size());
         out.push_back('/');
     }
+    return out.size();
 }
 
 int commonLeadingDirectories(std::string_view a, std::string_view b) {

@@ -101,9 +101,10 @@ private:
     std::string _heap;
 };
 
-// Writes the normalised form of a non-empty directory text into out (see the path
-// name sources for the rules). out ends with "/" unless it is empty.
-void normalizeDirectory(std::string_view dir, std::string& out);
+// Writes the normalised form of a non-empty directory text into buffer, which must hold
+// dir.size() + 1 bytes, and returns its length (see the path name sources for the
+// rules). It ends with "/" unless it is empty.
+size_t normalizeDirectory(std::string_view dir, char* buffer);
 
 // The index of the "/" closing the longest run of leading components common to a and
 // b, or -1. The component before the first "/" is never compared.

@@ -179,9 +179,16 @@ void ZuPathName::setDirectoryText(std::string_view text) {
         return;
     }
     if (text == bytesOf(_directory)) return;
-    std::string normal;
-    zu_path::normalizeDirectory(text, normal);
-    _directory = makeString(normal);
+    char small[256];
+    std::string large;
+    char* buffer = small;
+    if (text.size() + 2 > sizeof small) {
+        large.resize(text.size() + 2);
+        buffer = &large[0];
+    }
+    const size_t length = zu_path::normalizeDirectory(text, buffer);
+    buffer[length] = '\0';
+    _directory = length ? ZuString(buffer) : ZuString();
 }
 
 void ZuPathName::setFileNameText(std::string_view text) {
