@@ -87,5 +87,23 @@ int main() {
     char number[32];
     ZuDoubleToString(number, 0.5, nullptr);
     std::cout << "0.5 whatever the numeric locale: " << number << "\n";
+    section("Path names");
+    {
+        ZuPathName dos;
+        dos.setDosValue("C:\\Users\\ada\\notes.txt");
+        std::cout << "DOS path: " << dos.getDosValue() << " -> Unix: " << dos.getUnixValue() << "\n";
+        ZuPathName messy("src/./zu//path/../string/./string.cpp");
+        std::cout << "normalised: " << static_cast<const char*>(messy) << "\n";
+        // The directory is matched as one string: "*.cpp" (no directory) only matches
+        // names without one, and a star after a literal prefix retries only from k+1 on.
+        for (const char* pattern : {"src/zu/*/*.cpp", "src/zu/string/str?ng.*", "src/*/*.(h|cpp)", "*.cpp"}) {
+            const bool hit = messy.match(ZuPathName(pattern));
+            std::cout << "  matches " << pattern << ": " << (hit ? "yes" : "no") << "\n";
+        }
+        ZuPathList search("/nonexistent:/usr/share:/etc");
+        ZuPathName found;
+        if (search.findInPath(ZuPathName("passwd"), found, false))
+            std::cout << "passwd found along " << search.getString() << ": " << found << "\n";
+    }
     return 0;
 }
