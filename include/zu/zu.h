@@ -5,5 +5,8 @@
 #include <zu/export.h>
 #include <zu/string.h>
 #include <zu/locale.h>
+#include <zu/timezone.h>
+#include <zu/calendar.h>
+#include <zu/timeunit.h>
 
 #endif
