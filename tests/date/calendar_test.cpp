@@ -1,32 +1,28 @@
 // ZuCalendar: creation, zones and their ownership, set/get/clear and the state flags,
-// comparisons, fieldDifference, class operations, and failed codes.
+// comparisons, fieldDifference, class operations, failed codes and absurd input.
 #include "date_test_util.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <ctime>
+#include <vector>
 
 TEST(CalendarCreate, EveryFormGivesAGregorianCalendarOrNull) {
     ZuDateErrorCode code = kDateNoError;
     ZuTimeZone zone;
-    ZuLocale* locale = ZuLocale::Get(false, nullptr);
     std::vector<ZuCalendar*> made = {ZuCalendar::createInstance(zone, code),
-                                     ZuCalendar::createInstance(&zone, code),
-                                     ZuCalendar::createInstance(code)};
-    if (locale) {
+        ZuCalendar::createInstance(&zone, code), ZuCalendar::createInstance(code)};
+    if (ZuLocale* locale = ZuLocale::Get(false, nullptr)) {
         made.push_back(ZuCalendar::createInstance(zone, *locale, code));
         made.push_back(ZuCalendar::createInstance(&zone, *locale, code));
         made.push_back(ZuCalendar::createInstance(*locale, code));
     }
-    double now = ZuCalendar::getNow();
     for (ZuCalendar* cal : made) {
         ASSERT_NE(dynamic_cast<ZuGregorianCalendar*>(cal), nullptr);
         EXPECT_NE(&cal->getTimeZone(), &zone);  // cloned, also from a pointer
-        EXPECT_NEAR(cal->getTimeInMillis(code), now, 5000.0);
-        EXPECT_EQ(cal->getFirstDayOfWeek(), C::kMonday);
-        EXPECT_EQ(cal->getMinimalDaysInFirstWeek(), 0);
-        EXPECT_TRUE(cal->isLenient());
+        EXPECT_NEAR(cal->getTimeInMillis(code), ZuCalendar::getNow(), 5000.0);
+        EXPECT_EQ(cal->getFirstDayOfWeek() * 10 + cal->getMinimalDaysInFirstWeek() + cal->isLenient(), 21);
         delete cal;
     }
     EXPECT_EQ(code, kDateNoError);
@@ -38,16 +34,12 @@ TEST(CalendarCreate, EveryFormGivesAGregorianCalendarOrNull) {
 
 TEST(CalendarZone, OrphanedCalendarHoldsTheSharedZoneWithoutFreeingIt) {
     ZuDateErrorCode code = kDateNoError;
-    for (int round = 0; round < 2; ++round) {
+    for (int round = 0; round < 2; ++round) {  // the second round uses the shared zone again
         auto cal = at(2004, 5, 5);
-        ZuTimeZone* own = cal->orphanTimeZone();
-        EXPECT_NE(own, ZuTimeZone::createDefault());
-        delete own;
+        delete cal->orphanTimeZone();
         EXPECT_EQ(&cal->getTimeZone(), ZuTimeZone::createDefault());
         cal->adoptTimeZone(nullptr);  // ignored
-        EXPECT_EQ(&cal->getTimeZone(), ZuTimeZone::createDefault());
-        cal->adoptTimeZone(ZuTimeZone::createDefault());  // adopting it is harmless too
-        // Destroying the calendar (next round) must leave the shared zone alive.
+        cal->adoptTimeZone(ZuTimeZone::createDefault());  // harmless too
     }
     auto cal = at(2004, 5, 5);
     ZuTimeZone* zone = new ZuTimeZone();
@@ -64,11 +56,9 @@ TEST(CalendarZone, OrphanedCalendarHoldsTheSharedZoneWithoutFreeingIt) {
 TEST(CalendarFields, SetMarksStaleAndGetCompletes) {
     ZuDateErrorCode code = kDateNoError;
     ZuGregorianCalendar cal(2004, 0, 31, code);  // era, year, month, date: set, not computed
-    EXPECT_TRUE(cal.isSet(C::kYear));
-    EXPECT_FALSE(cal.isSet(C::kDayOfYear));
+    EXPECT_TRUE(cal.isSet(C::kYear) && !cal.isSet(C::kDayOfYear));
     EXPECT_EQ(cal.get(C::kDayOfWeek, code), C::kSaturday);
     EXPECT_TRUE(cal.isSet(C::kDayOfYear));  // every field computed
-    EXPECT_EQ(cal.get(C::kDayOfYear, code), 31);
     cal.clear();
     cal.set(C::kYear, 2004);
     cal.set(C::kMonth, 1);
@@ -79,8 +69,7 @@ TEST(CalendarFields, SetMarksStaleAndGetCompletes) {
     EXPECT_EQ(show(cal), "2004-02-01 00:00:00.000");  // no date: the 1st
     cal.set(2004, 1, 29, 13, 5, 9);
     EXPECT_EQ(show(cal), "2004-02-29 13:05:09.000");
-    EXPECT_EQ(cal.get(C::kAmPm, code), 1);
-    EXPECT_EQ(cal.get(C::kHour, code), 1);
+    EXPECT_EQ(cal.get(C::kAmPm, code) * 10 + cal.get(C::kHour, code), 11);
     cal.setTimeInMillis(-1.0, code);
     EXPECT_EQ(show(cal), "1969-12-31 23:59:59.999");
     EXPECT_EQ(code, kDateNoError);
@@ -94,19 +83,14 @@ TEST(CalendarFields, SetMarksStaleAndGetCompletes) {
 
 TEST(CalendarFields, FailedCodeMakesEveryOperationReturnAtOnce) {
     auto cal = at(2004, 5, 5);
-    auto other = at(2004, 5, 6);
     ZuDateErrorCode code = kDateIllegalArgument;
-    double before = cal->getTimeInMillis(code);
-    EXPECT_EQ(before, 0.0);
-    EXPECT_EQ(cal->get(C::kYear, code), 0);
+    EXPECT_EQ(cal->getTimeInMillis(code) + cal->get(C::kYear, code), 0.0);
     cal->add(C::kDate, 1, code);
     cal->roll(C::kDate, 1, code);
     cal->setTimeInMillis(0.0, code);
     EXPECT_EQ(cal->fieldDifference(1e12, C::kDate, code), 0);
-    EXPECT_FALSE(cal->before(*other, code));
-    EXPECT_FALSE(cal->equals(*cal, code));
-    EXPECT_EQ(cal->getActualMaximum(C::kDate, code), 0);
-    EXPECT_EQ(cal->getEpochDay(code), 0);
+    EXPECT_FALSE(cal->before(*at(2004, 5, 6), code) || cal->equals(*cal, code));
+    EXPECT_EQ(cal->getActualMaximum(C::kDate, code) + cal->getEpochDay(code), 0);
     EXPECT_EQ(ZuCalendar::stringToDayNumber("3", code), 0);
     EXPECT_EQ(code, kDateIllegalArgument);
     EXPECT_EQ(show(*cal), "2004-05-05 00:00:00.000");  // nothing moved
@@ -114,33 +98,24 @@ TEST(CalendarFields, FailedCodeMakesEveryOperationReturnAtOnce) {
 
 TEST(CalendarCompare, InstantsAndSettings) {
     ZuDateErrorCode code = kDateNoError;
-    auto a = at(2004, 5, 5, 12);
-    auto b = at(2004, 5, 5, 12);
-    auto later = at(2004, 5, 5, 12, 0, 0, 1);
+    auto a = at(2004, 5, 5, 12), b = at(2004, 5, 5, 12), later = at(2004, 5, 5, 12, 0, 0, 1);
     EXPECT_TRUE(*a == *b);
-    EXPECT_TRUE(a->before(*later, code));
-    EXPECT_TRUE(later->after(*a, code));
-    EXPECT_FALSE(a->after(*a, code));
-    EXPECT_FALSE(a->before(*a, code));
-    EXPECT_TRUE(a->equals(*a, code));
+    EXPECT_TRUE(a->before(*later, code) && later->after(*a, code) && a->equals(*a, code));
+    EXPECT_FALSE(a->after(*a, code) || a->before(*a, code));
     b->setLenient(false);
-    EXPECT_FALSE(*a == *b);
+    EXPECT_FALSE(*a == *b || a->equivalentTo(*b));
     EXPECT_TRUE(a->equals(*b, code));
-    EXPECT_FALSE(a->equivalentTo(*b));
     b->setLenient(true);
     b->setMinimalDaysInFirstWeek(4);
-    EXPECT_FALSE(*a == *b);
+    EXPECT_FALSE(*a == *b || *a == *later);
     EXPECT_TRUE(a->equivalentTo(*later));
-    EXPECT_FALSE(*a == *later);
     a->setTimeInMillis(NAN, code);
     b->setMinimalDaysInFirstWeek(0);
     b->setTimeInMillis(NAN, code);
     EXPECT_FALSE(*a == *b);  // a NaN instant is never equal
     EXPECT_TRUE(*a == *a);   // but the same object is
-    ZuGregorianCalendar copy(*later);
-    EXPECT_TRUE(copy == *later);
     *a = *later;
-    EXPECT_TRUE(*a == *later);
+    EXPECT_TRUE(ZuGregorianCalendar(*later) == *later && *a == *later);
     EXPECT_EQ(code, kDateNoError);
 }
 
@@ -167,9 +142,8 @@ TEST(CalendarClassOperations, NowAndDayNumbers) {
     EXPECT_EQ(std::fmod(now, 1000.0), 0.0);
     EXPECT_NEAR(now, std::time(nullptr) * 1000.0, 2000.0);
     struct { const char* text; int32_t value; ZuDateErrorCode code; } cases[] = {
-        {"1", 1, kDateNoError}, {"7", 7, kDateNoError}, {" 3x", 3, kDateNoError},
-        {"8", 8, kDateInvalidFormat}, {"0", 0, kDateInvalidFormat}, {"-2", -2, kDateInvalidFormat},
-        {"", 0, kDateInvalidFormat}, {nullptr, 0, kDateInvalidFormat}, {"abc", 0, kDateInvalidFormat}};
+        {"1", 1, kDateNoError}, {"7", 7, kDateNoError}, {" 3x", 3, kDateNoError}, {"8", 8, kDateInvalidFormat},
+        {"-2", -2, kDateInvalidFormat}, {"", 0, kDateInvalidFormat}, {nullptr, 0, kDateInvalidFormat}};
     for (auto& c : cases) {
         ZuDateErrorCode code = kDateNoError;
         EXPECT_EQ(ZuCalendar::stringToDayNumber(c.text, code), c.value) << (c.text ? c.text : "null");
@@ -178,31 +152,26 @@ TEST(CalendarClassOperations, NowAndDayNumbers) {
     EXPECT_STREQ(ZuCalendar::kDateTimeElements, "DateTimeElements");
 }
 
+// Run under the sanitizers: no overflow, no out-of-range access, no endless loop.
 TEST(CalendarRobustness, AbsurdInputsGiveFieldsNotCrashes) {
-    const double instants[] = {1e300, -1e300, INFINITY, -INFINITY, NAN, 4503599627370495.0,
-                               -4503599627370495.0, 1.7e17, -1.7e17};
+    const double instants[] = {1e300, -1e300, INFINITY, NAN, 4503599627370495.0, -1.7e17};
     for (double t : instants) {
-        ZuDateErrorCode code = kDateNoError;
         auto cal = at(2004, 1, 1);
+        ZuDateErrorCode code = kDateNoError;
         cal->setTimeInMillis(t, code);
         for (int f = 0; f < C::kFieldCount; ++f)
-            cal->get(static_cast<C::ZuDateFields>(f), code);
-        for (int f = 0; f < C::kFieldCount; ++f) {
             for (int32_t amount : {INT32_MAX, INT32_MIN, 1}) {
                 ZuDateErrorCode step = kDateNoError;
                 cal->add(static_cast<C::ZuDateFields>(f), amount, step);
                 cal->roll(static_cast<C::ZuDateFields>(f), amount, step);
                 cal->get(C::kYear, step);
             }
-        }
         for (int32_t v : {INT32_MAX, INT32_MIN}) {
             for (int f = 0; f < C::kFieldCount; ++f)
                 cal->set(static_cast<C::ZuDateFields>(f), v);
             cal->getTimeInMillis(code);
-            cal->setLenient(false);
+            cal->setLenient(!cal->isLenient());
             cal->getTimeInMillis(code);
-            cal->setLenient(true);
         }
-        SUCCEED();
     }
 }

@@ -28,7 +28,7 @@ inline std::unique_ptr<ZuGregorianCalendar> at(int y, int mo, int d, int h = 0, 
 inline std::string show(ZuCalendar& cal) {
     ZuDateErrorCode code = kDateNoError;
     int era = cal.get(C::kEra, code), year = cal.get(C::kYear, code);
-    char text[64];
+    char text[96];
     std::snprintf(text, sizeof text, "%d-%02d-%02d %02d:%02d:%02d.%03d", era ? year : 1 - year,
                   cal.get(C::kMonth, code) + 1, cal.get(C::kDate, code),
                   cal.get(C::kHourOfDay, code), cal.get(C::kMinute, code),
