@@ -169,8 +169,23 @@ protected:
     int32_t internalGet(ZuDateFields field) const { return _fields[field]; }
     // Stores a value without a stamp.
     void internalSet(ZuDateFields field, int32_t value) { _fields[field] = value; }
+    // set() for a field known to be valid. Stamps only need to stay ordered: past
+    // INT32_MAX they stop growing rather than wrap.
+    void stampField(ZuDateFields field, int32_t value) {
+        _fields[field] = value;
+        _stamp[field] = _nextStamp;
+        if (_nextStamp < INT32_MAX)
+            ++_nextStamp;
+        _isSet[field] = true;
+        _isTimeSet = false;
+        _areFieldsSet = false;
+    }
     // Week data of the default locale (2 and 0 when there is no default locale).
     void setDefaultWeekCountData(ZuDateErrorCode& code);
+    // complete and updateTime for calls inside the library: not exported, so that those
+    // calls stay direct (and inlinable) instead of going through the dynamic linker.
+    [[gnu::visibility("hidden")]] void completeInternal(ZuDateErrorCode& code);
+    [[gnu::visibility("hidden")]] void updateTimeInternal(ZuDateErrorCode& code);
 
     bool _isTimeSet;          // the instant is valid
     bool _areFieldsSet;       // the fields agree with the instant
@@ -313,7 +328,13 @@ public:
 
 private:
     void initCutover();
-    int32_t computedMonthLength(int32_t era, int32_t fieldYear) const;
+    // The field computations proper, not exported (see completeInternal): the public
+    // timeToFields and computeJulianDay forward to them.
+    [[gnu::visibility("hidden")]] void fieldsFromLocal(double localMillis, bool quick);
+    [[gnu::visibility("hidden")]] void fieldsFromDay(int64_t julianDay, bool gregorianSide,
+                                                     bool quick);
+    [[gnu::visibility("hidden")]] double julianDayFromFields(bool isGregorian, int32_t year);
+    [[gnu::visibility("hidden")]] int32_t computedMonthLength(int32_t era, int32_t fieldYear) const;
     void rollCutoverAware(ZuDateFields field, int32_t amount, ZuDateErrorCode& code);
 
     double _gregorianCutover;           // instant of the switch

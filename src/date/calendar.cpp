@@ -182,7 +182,7 @@ double ZuCalendar::getTimeInMillis(ZuDateErrorCode& code) {
     if (code > 0)
         return 0.0;
     if (!_isTimeSet) {
-        updateTime(code);
+        updateTimeInternal(code);
         if (code > 0)
             return 0.0;
     }
@@ -208,48 +208,43 @@ int32_t ZuCalendar::get(ZuDateFields field, ZuDateErrorCode& code) {
         code = kDateIllegalArgument;
         return 0;
     }
-    complete(code);
+    if (!_isTimeSet || !_areFieldsSet)
+        completeInternal(code);
     return code > 0 ? 0 : _fields[field];
 }
 
 void ZuCalendar::set(ZuDateFields field, int32_t value) {
-    if (!validField(field))
-        return;
-    _fields[field] = value;
-    _stamp[field] = _nextStamp;
-    // Stamps only need to stay ordered; past INT32_MAX they stop growing rather than wrap.
-    if (_nextStamp < INT32_MAX)
-        ++_nextStamp;
-    _isSet[field] = true;
-    _isTimeSet = false;
-    _areFieldsSet = false;
+    if (validField(field))
+        stampField(field, value);
 }
 
 void ZuCalendar::set(int32_t year, int32_t month, int32_t date) {
-    set(kYear, year);
-    set(kMonth, month);
-    set(kDate, date);
+    stampField(kYear, year);
+    stampField(kMonth, month);
+    stampField(kDate, date);
 }
 
 void ZuCalendar::set(int32_t year, int32_t month, int32_t date, int32_t hourOfDay,
                      int32_t minute) {
     set(year, month, date);
-    set(kHourOfDay, hourOfDay);
-    set(kMinute, minute);
+    stampField(kHourOfDay, hourOfDay);
+    stampField(kMinute, minute);
 }
 
 void ZuCalendar::set(int32_t year, int32_t month, int32_t date, int32_t hourOfDay,
                      int32_t minute, int32_t second) {
-    set(year, month, date, hourOfDay, minute);
-    set(kSecond, second);
+    stampField(kYear, year);
+    stampField(kMonth, month);
+    stampField(kDate, date);
+    stampField(kHourOfDay, hourOfDay);
+    stampField(kMinute, minute);
+    stampField(kSecond, second);
 }
 
 void ZuCalendar::clear() {
-    for (int32_t i = 0; i < kFieldCount; ++i) {
-        _fields[i] = 0;
-        _stamp[i] = 0;
-        _isSet[i] = false;
-    }
+    std::memset(_fields, 0, sizeof _fields);
+    std::memset(_stamp, 0, sizeof _stamp);
+    std::memset(_isSet, 0, sizeof _isSet);
     _isTimeSet = _areFieldsSet = _areAllFieldsSet = false;
 }
 
@@ -264,7 +259,11 @@ void ZuCalendar::clear(ZuDateFields field) {
 
 bool ZuCalendar::isSet(ZuDateFields field) const { return validField(field) && _isSet[field]; }
 
-void ZuCalendar::updateTime(ZuDateErrorCode& code) {
+void ZuCalendar::updateTime(ZuDateErrorCode& code) { updateTimeInternal(code); }
+
+void ZuCalendar::complete(ZuDateErrorCode& code) { completeInternal(code); }
+
+void ZuCalendar::updateTimeInternal(ZuDateErrorCode& code) {
     if (code > 0)
         return;
     computeTime(code);
@@ -275,11 +274,11 @@ void ZuCalendar::updateTime(ZuDateErrorCode& code) {
     _isTimeSet = true;
 }
 
-void ZuCalendar::complete(ZuDateErrorCode& code) {
+void ZuCalendar::completeInternal(ZuDateErrorCode& code) {
     if (code > 0)
         return;
     if (!_isTimeSet) {
-        updateTime(code);
+        updateTimeInternal(code);
         if (code > 0)
             return;
     }
@@ -313,12 +312,10 @@ int32_t ZuCalendar::getActualMaximum(ZuDateFields field, ZuDateErrorCode& code) 
     work->setLenient(true);
     if (field == kWeekOfYear || field == kWeekOfMonth)
         work->set(kDayOfWeek, _firstDayOfWeek);
+    // Every value up to high is tried, high included: the first that does not read back
+    // ends the search with the last one that did (low when low itself fails).
     int32_t result = low;
-    for (int32_t v = low;; ++v) {
-        if (v >= high) {
-            result = high;
-            break;
-        }
+    for (int32_t v = low; v <= high; ++v) {
         work->set(field, v);
         if (work->get(field, code) != v || code > 0)
             break;
@@ -346,11 +343,7 @@ int32_t ZuCalendar::getActualMinimum(ZuDateFields field, ZuDateErrorCode& code) 
     }
     work->setLenient(true);
     int32_t result = high;
-    for (int32_t v = high;; --v) {
-        if (v <= low) {
-            result = low;
-            break;
-        }
+    for (int32_t v = high; v >= low; --v) {
         work->set(field, v);
         if (work->get(field, code) != v || code > 0)
             break;

@@ -36,6 +36,36 @@ inline int64_t positiveMod(int64_t a, int64_t b) {
     return r < 0 ? r + b : r;
 }
 
+// Quotient rounded toward minus infinity (b > 0).
+inline int64_t floorDiv(int64_t a, int64_t b) {
+    int64_t q = a / b;
+    return (a % b < 0) ? q - 1 : q;
+}
+
+inline bool gregorianLeap(int64_t year) {
+    return (year % 4 == 0) && ((year % 100 != 0) || (year % 400 == 0));
+}
+
+// The leap rule of a hybrid calendar: Julian (the two low bits, right for negative
+// years too) before the cutover year, Gregorian from it on.
+inline bool hybridLeap(int64_t year, int64_t cutoverYear) {
+    return year < cutoverYear ? (year & 3) == 0 : gregorianLeap(year);
+}
+
+// Julian day of the day before 1 January of a proleptic year, and the year's leap flag
+// (Julian, or Gregorian when gregorian is set). Integer arithmetic: exact for any int32
+// year, and the same values as the floor divisions on doubles.
+inline double julianDayBeforeYear(bool gregorian, int64_t year, bool& leap) {
+    int64_t y = year - 1;
+    int64_t julianDay = 365 * y + floorDiv(y, 4) + 1721423;
+    leap = (year & 3) == 0;
+    if (gregorian) {
+        leap = gregorianLeap(year);
+        julianDay += floorDiv(y, 400) - floorDiv(y, 100) + 2;
+    }
+    return static_cast<double>(julianDay);
+}
+
 } // namespace zu_date
 
 #endif

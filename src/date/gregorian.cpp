@@ -218,27 +218,17 @@ int32_t ZuGregorianCalendar::aggregateStamp(int32_t stampA, int32_t stampB) {
 }
 
 double ZuGregorianCalendar::computeJulianDayOfYear(bool isGregorian, int32_t year, bool& isLeap) {
-    // Doubles: year - 1 and 365 * y must not overflow for any int32 year.
-    double y = static_cast<double>(year) - 1.0;
-    double julianDay = 365.0 * y + std::floor(y / 4.0) + (kJan1_1JulianDay - 3);
-    isLeap = (year & 3) == 0;
-    if (isGregorian) {
-        isLeap = isLeap && ((year % 100 != 0) || (year % 400 == 0));
-        julianDay += std::floor(y / 400.0) - std::floor(y / 100.0) + 2;
-    }
-    return julianDay;
+    return zu_date::julianDayBeforeYear(isGregorian, year, isLeap);
 }
 
 bool ZuGregorianCalendar::isLeapYear(int32_t year) const {
-    if (year < _gregorianCutoverYear)
-        return (year & 3) == 0;  // the two low bits: right for negative years too
-    return (year % 4 == 0) && ((year % 100 != 0) || (year % 400 == 0));
+    return zu_date::hybridLeap(year, _gregorianCutoverYear);
 }
 
 int32_t ZuGregorianCalendar::monthLength(int32_t month, int32_t year) const {
     // The table is never read out of bounds: other months are taken modulo 12.
     int32_t m = static_cast<int32_t>(zu_date::positiveMod(month, 12));
-    return isLeapYear(year) ? kLeapMonthLength[m] : kMonthLength[m];
+    return zu_date::hybridLeap(year, _gregorianCutoverYear) ? kLeapMonthLength[m] : kMonthLength[m];
 }
 
 int32_t ZuGregorianCalendar::monthLength(int32_t month) const {
@@ -248,7 +238,9 @@ int32_t ZuGregorianCalendar::monthLength(int32_t month) const {
     return monthLength(month, year);
 }
 
-int32_t ZuGregorianCalendar::yearLength(int32_t year) const { return isLeapYear(year) ? 366 : 365; }
+int32_t ZuGregorianCalendar::yearLength(int32_t year) const {
+    return zu_date::hybridLeap(year, _gregorianCutoverYear) ? 366 : 365;
+}
 
 int32_t ZuGregorianCalendar::yearLength() const { return yearLength(internalGet(kYear)); }
 

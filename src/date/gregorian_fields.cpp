@@ -4,9 +4,13 @@
 #include "date/date_internal.h"
 
 #include <cmath>
-#include <initializer_list>
+#include <cstring>
+#include <algorithm>
 
 using zu_date::clampToInt;
+using zu_date::floorDiv;
+using zu_date::gregorianLeap;
+using zu_date::julianDayBeforeYear;
 
 namespace {
 
@@ -27,6 +31,20 @@ double addOffset(double instant, double offset) {
     return local;
 }
 
+// The zone's getOffset without the month length of the previous month, as its short form
+// does it, minus one call through the dynamic linker.
+int32_t zoneOffset(const ZuTimeZone& zone, int32_t era, int32_t year, int32_t month, int32_t day,
+                   int32_t dayOfWeek, int32_t millis, int32_t monthLength, ZuDateErrorCode& code) {
+    if (month < 0 || month > 11) {
+        code = kDateIllegalArgument;
+        return -1;
+    }
+    return zone.getOffset(static_cast<uint8_t>(era), year, month, day,
+                          static_cast<uint8_t>(dayOfWeek), millis, monthLength,
+                          static_cast<uint8_t>(ZuTimeZone::staticMonthLength[(month + 11) % 12]),
+                          code);
+}
+
 // Weekday 1-7 (1 = Sunday) from the base d of fmod(jd + 1, 7).
 int32_t weekdayFromBase(double d) { return static_cast<int32_t>(d < 0 ? d + 8 : d + 1); }
 
@@ -37,8 +55,10 @@ int32_t weekdayFromBase(double d) { return static_cast<int32_t>(d < 0 ? d + 8 : 
 // be here (after clear()); era 1 for a BC year could then give 28 days to a 29 February
 // and make the zone refuse the date.
 int32_t ZuGregorianCalendar::computedMonthLength(int32_t era, int32_t fieldYear) const {
-    int32_t year = era == 0 ? clampToInt(1 - static_cast<int64_t>(fieldYear)) : fieldYear;
-    return monthLength(internalGet(kMonth), year);
+    int64_t year = era == 0 ? 1 - static_cast<int64_t>(fieldYear) : fieldYear;
+    int64_t month = zu_date::positiveMod(internalGet(kMonth), 12);
+    return zu_date::hybridLeap(year, _gregorianCutoverYear) ? kLeapMonthLength[month]
+                                                            : kMonthLength[month];
 }
 
 // --- Week helpers -----------------------------------------------------------------------
@@ -79,8 +99,11 @@ int32_t ZuGregorianCalendar::computeDOYfromWOY(double julianDayOfYear) const {
 // --- Instant to fields ------------------------------------------------------------------
 
 void ZuGregorianCalendar::timeToFields(double localMillis, bool quick, ZuDateErrorCode& code) {
-    if (code > 0)
-        return;
+    if (code <= 0)
+        fieldsFromLocal(localMillis, quick);
+}
+
+void ZuGregorianCalendar::fieldsFromLocal(double localMillis, bool quick) {
     double local = localMillis;
     if (!(local == local))
         local = 0;
@@ -89,32 +112,43 @@ void ZuGregorianCalendar::timeToFields(double localMillis, bool quick, ZuDateErr
     else if (local < -kMaxFieldMillis)
         local = -kMaxFieldMillis;
 
-    double julianDay = millisToJulianDay(local);
+    int64_t julianDay = static_cast<int64_t>(std::floor(local / kOneDay)) + kEpochStartAsJulianDay;
+    fieldsFromDay(julianDay, local >= _normalizedGregorianCutover, quick);
+}
+
+// Integer day arithmetic: the bound on local instants keeps every Julian day within an
+// int32, and on integral values these divisions equal the floor divisions and the fmod
+// remainders of the double arithmetic.
+void ZuGregorianCalendar::fieldsFromDay(int64_t julianDay, bool gregorianSide, bool quick) {
     int32_t year;
     int32_t dayOfYear;
     bool leap;
-    double weekdayBase;
-    if (local >= _normalizedGregorianCutover) {
-        double g = julianDay - kJan1_1JulianDay;
-        int32_t r;
-        int32_t q400 = floorDivide(g, 146097, r);
-        int32_t q100 = floorDivide(r, 36524, r);
-        int32_t q4 = floorDivide(r, 1461, r);
-        int32_t q1 = floorDivide(r, 365, r);
-        year = 400 * q400 + 100 * q100 + 4 * q4 + q1;
-        dayOfYear = r;
+    int64_t weekdayBase;
+    if (gregorianSide) {
+        int64_t g = julianDay - kJan1_1JulianDay;
+        int64_t q400 = floorDiv(g, 146097);
+        int64_t r = g - q400 * 146097;
+        int64_t q100 = r / 36524;
+        r %= 36524;
+        int64_t q4 = r / 1461;
+        r %= 1461;
+        int64_t q1 = r / 365;
+        r %= 365;
+        year = static_cast<int32_t>(400 * q400 + 100 * q100 + 4 * q4 + q1);
+        dayOfYear = static_cast<int32_t>(r);
         if (q100 == 4 || q1 == 4)
             dayOfYear = 365;  // the last day of a leap year
         else
             ++year;
-        leap = (year % 4 == 0) && ((year % 100 != 0) || (year % 400 == 0));
-        weekdayBase = std::fmod(g + 1, 7);
+        leap = gregorianLeap(year);
+        weekdayBase = (g + 1) % 7;
     } else {
-        double e = julianDay - (kJan1_1JulianDay - 2);
-        year = clampToInt(floorDivide(4 * e + 1464, 1461.0));
-        dayOfYear = clampToInt(e - (365.0 * (year - 1) + floorDivide(year - 1, 4)));
+        int64_t e = julianDay - (kJan1_1JulianDay - 2);
+        year = static_cast<int32_t>(floorDiv(4 * e + 1464, 1461));
+        dayOfYear = static_cast<int32_t>(e - (365 * (static_cast<int64_t>(year) - 1) +
+                                              floorDiv(static_cast<int64_t>(year) - 1, 4)));
         leap = (year & 3) == 0;
-        weekdayBase = std::fmod(e - 1, 7);
+        weekdayBase = (e - 1) % 7;
     }
 
     int32_t correction = 0;
@@ -122,11 +156,11 @@ void ZuGregorianCalendar::timeToFields(double localMillis, bool quick, ZuDateErr
         correction = leap ? 1 : 2;
     int32_t month = (12 * (dayOfYear + correction) + 6) / 367;
     int32_t date = dayOfYear - (leap ? kLeapNumDays[month] : kNumDays[month]) + 1;
-    int32_t dayOfWeek = weekdayFromBase(weekdayBase);
+    int32_t dayOfWeek = static_cast<int32_t>(weekdayBase < 0 ? weekdayBase + 8 : weekdayBase + 1);
     int32_t era = year > 0 ? 1 : 0;
     // The cutover year counts from 1 January across the dropped days; month and date
     // already name the Gregorian day.
-    if (year == _gregorianCutoverYear && local >= _normalizedGregorianCutover)
+    if (year == _gregorianCutoverYear && gregorianSide)
         dayOfYear -= 10;
 
     internalSet(kEra, era);
@@ -182,18 +216,21 @@ void ZuGregorianCalendar::computeFields(ZuDateErrorCode& code) {
     }
     int32_t raw = _zone->getRawOffset();
     double local = addOffset(_time, raw);
-    timeToFields(local, false, code);
-
-    double dayPart = zu_date::floorMod(local, kOneDay);
+    // One division gives both the day (for the date fields) and the time of day.
+    double day = std::floor(local / kOneDay);
+    double dayPart = local - day * kOneDay;
+    if (std::fabs(local) <= kMaxFieldMillis)
+        fieldsFromDay(static_cast<int64_t>(day) + kEpochStartAsJulianDay,
+                      local >= _normalizedGregorianCutover, false);
+    else
+        fieldsFromLocal(local, false);  // out of bounds or NaN: clamped there
     int32_t millisInDay = clampToInt(dayPart);
     if (millisInDay < 0)
         millisInDay += static_cast<int32_t>(kOneDay);
 
-    int32_t offset = _zone->getOffset(static_cast<uint8_t>(internalGet(kEra)), internalGet(kYear),
-                                      internalGet(kMonth), internalGet(kDate),
-                                      static_cast<uint8_t>(internalGet(kDayOfWeek)), millisInDay,
-                                      computedMonthLength(internalGet(kEra), internalGet(kYear)),
-                                      code);
+    int32_t offset = zoneOffset(*_zone, internalGet(kEra), internalGet(kYear), internalGet(kMonth),
+                                internalGet(kDate), internalGet(kDayOfWeek), millisInDay,
+                                computedMonthLength(internalGet(kEra), internalGet(kYear)), code);
     if (code > 0)
         return;
     int32_t dst = clampToInt(static_cast<int64_t>(offset) - raw);
@@ -202,7 +239,7 @@ void ZuGregorianCalendar::computeFields(ZuDateErrorCode& code) {
     if (wall > 86399999) {
         local = addOffset(local, dst);
         wall -= 86400000;
-        timeToFields(local, false, code);
+        fieldsFromLocal(local, false);
     }
     // A negative total is deliberately left as it is (the time fields go negative).
     int32_t inDay = clampToInt(wall);
@@ -215,19 +252,22 @@ void ZuGregorianCalendar::computeFields(ZuDateErrorCode& code) {
     internalSet(kHour, hourOfDay % 12);
     internalSet(kZoneOffset, raw);
     internalSet(kDstOffset, dst);
-    for (int32_t i = 0; i < kFieldCount; ++i) {
-        _stamp[i] = 1;
-        _isSet[i] = true;
-    }
+    // Every field computed: stamp 1, set.
+    static const int32_t kComputed[kFieldCount] = {1, 1, 1, 1, 1, 1, 1, 1, 1, 1,
+                                                   1, 1, 1, 1, 1, 1, 1, 1, 1};
+    std::memcpy(_stamp, kComputed, sizeof _stamp);
+    std::fill_n(_isSet, kFieldCount, true);
 }
 
 // --- Fields to instant ------------------------------------------------------------------
 
 double ZuGregorianCalendar::computeJulianDay(bool isGregorian, int32_t year) {
-    int32_t best = _stamp[kDayOfYear];
-    for (ZuDateFields f : {kWeekOfMonth, kDayOfWeekInMonth, kMonth, kDate})
-        if (_stamp[f] > best)
-            best = _stamp[f];
+    return julianDayFromFields(isGregorian, year);
+}
+
+double ZuGregorianCalendar::julianDayFromFields(bool isGregorian, int32_t year) {
+    int32_t best = std::max(std::max(_stamp[kDayOfYear], _stamp[kWeekOfMonth]),
+                            std::max(std::max(_stamp[kDayOfWeekInMonth], _stamp[kMonth]), _stamp[kDate]));
     bool leap;
 
     if (_stamp[kWeekOfYear] >= best) {
@@ -242,14 +282,14 @@ double ZuGregorianCalendar::computeJulianDay(bool isGregorian, int32_t year) {
                 // day, which may differ from the year its week belongs to.
                 int32_t woy = internalGet(kWeekOfYear);
                 if (woy == 1) {
-                    double before = computeJulianDayOfYear(isGregorian, year, leap);
+                    double before = julianDayBeforeYear(isGregorian, year, leap);
                     int32_t r = computeRelativeDOW(before + 1);
                     bool late = 7 - r < _minimalDaysInFirstWeek;
                     int32_t rDay = computeRelativeDOW();
                     if ((late ? 8 : 1) - r < 1 && (r > rDay || rDay > (late ? 13 : 6)))
                         year = clampToInt(static_cast<int64_t>(year) + 1);
                 } else if (woy > 51) {
-                    double before = computeJulianDayOfYear(isGregorian, year, leap);
+                    double before = julianDayBeforeYear(isGregorian, year, leap);
                     if (computeDOYfromWOY(before) > yearLength(year))
                         year = clampToInt(static_cast<int64_t>(year) - 1);
                 }
@@ -261,12 +301,12 @@ double ZuGregorianCalendar::computeJulianDay(bool isGregorian, int32_t year) {
     }
 
     if (best == 0)
-        return computeJulianDayOfYear(isGregorian, year, leap) + 1;
+        return julianDayBeforeYear(isGregorian, year, leap) + 1;
 
     if ((best == _stamp[kDayOfYear] || best == _stamp[kWeekOfYear]) && best != _stamp[kMonth] &&
         best != _stamp[kDate] && best != _stamp[kWeekOfMonth] &&
         best != _stamp[kDayOfWeekInMonth]) {
-        double start = computeJulianDayOfYear(isGregorian, year, leap);
+        double start = julianDayBeforeYear(isGregorian, year, leap);
         double doy = best == _stamp[kDayOfYear] ? internalGet(kDayOfYear) : computeDOYfromWOY(start);
         if (isGregorian && year == _gregorianCutoverYear)
             doy -= 10;
@@ -282,7 +322,7 @@ double ZuGregorianCalendar::computeJulianDay(bool isGregorian, int32_t year) {
             month = rem;
         }
     }
-    double start = computeJulianDayOfYear(isGregorian, year, leap);
+    double start = julianDayBeforeYear(isGregorian, year, leap);
     start += leap ? kLeapNumDays[month] : kNumDays[month];
 
     double date;
@@ -337,14 +377,14 @@ void ZuGregorianCalendar::computeTime(ZuDateErrorCode& code) {
     }
 
     bool isGregorian = year >= _gregorianCutoverYear;
-    double julianDay = computeJulianDay(isGregorian, year);
-    double millis = julianDayToMillis(julianDay);
+    double julianDay = julianDayFromFields(isGregorian, year);
+    double millis = (julianDay - kEpochStartAsJulianDay) * kOneDay;
     if (isGregorian != (millis >= _normalizedGregorianCutover) &&
         julianDay != -106749550580.0) {
         // The date lies on the other side of the cutover than its year suggests.
         isGregorian = !isGregorian;
-        julianDay = computeJulianDay(isGregorian, year);
-        millis = julianDayToMillis(julianDay);
+        julianDay = julianDayFromFields(isGregorian, year);
+        millis = (julianDay - kEpochStartAsJulianDay) * kOneDay;
     }
 
     int64_t hour = 0;
@@ -354,14 +394,27 @@ void ZuGregorianCalendar::computeTime(ZuDateErrorCode& code) {
         else
             hour = static_cast<int64_t>(internalGet(kAmPm)) * 12 + internalGet(kHour);
     }
-    double millisInDay =
-        static_cast<double>(((hour * 60 + internalGet(kMinute)) * 60 + internalGet(kSecond)) * 1000 +
-                            internalGet(kMillisecond));
+    int64_t wholeMillis =
+        ((hour * 60 + internalGet(kMinute)) * 60 + internalGet(kSecond)) * 1000 + internalGet(kMillisecond);
+    double millisInDay = static_cast<double>(wholeMillis);
     double local = millis + millisInDay;
 
     if (_stamp[kZoneOffset] < 2) {
         int32_t raw = _zone->getRawOffset();
-        double dayMillis = zu_date::floorMod(local, kOneDay);
+        // Within about 80,000 years of 1970 and 12,000 days of time, every value below is
+        // an exact integer in a double and the integer day arithmetic gives the same day
+        // and time of day as local floor-divided by a day; elsewhere the doubles decide.
+        double dayMillis;
+        int64_t localDay = 0;
+        bool exact = std::fabs(julianDay - kEpochStartAsJulianDay) < 30000000.0 &&
+                     wholeMillis > -(INT64_C(1) << 40) && wholeMillis < (INT64_C(1) << 40);
+        if (exact) {
+            int64_t shift = floorDiv(wholeMillis, 86400000);
+            localDay = static_cast<int64_t>(julianDay) + shift;
+            dayMillis = static_cast<double>(wholeMillis - shift * 86400000);
+        } else {
+            dayMillis = zu_date::floorMod(local, kOneDay);
+        }
         int32_t dayOfWeek;
         int32_t fieldYear;
         if (!_lenient && _stamp[kMonth] != 0 && _stamp[kDate] != 0 && millisInDay == dayMillis) {
@@ -370,15 +423,17 @@ void ZuGregorianCalendar::computeTime(ZuDateErrorCode& code) {
             // Validated fields; a year never set is the epoch year, as above.
             fieldYear = _stamp[kYear] != 0 ? internalGet(kYear) : kEpochYear;
         } else {
-            timeToFields(local, true, code);
+            if (exact)
+                fieldsFromDay(localDay, local >= _normalizedGregorianCutover, true);
+            else
+                fieldsFromLocal(local, true);
             dayOfWeek = internalGet(kDayOfWeek);
             era = internalGet(kEra);
             fieldYear = internalGet(kYear);
         }
-        int32_t offset = _zone->getOffset(
-            static_cast<uint8_t>(era), fieldYear, internalGet(kMonth), internalGet(kDate),
-            static_cast<uint8_t>(dayOfWeek), clampToInt(dayMillis),
-            computedMonthLength(era, fieldYear), code);
+        int32_t offset = zoneOffset(*_zone, era, fieldYear, internalGet(kMonth), internalGet(kDate),
+                                    dayOfWeek, clampToInt(dayMillis),
+                                    computedMonthLength(era, fieldYear), code);
         if (code > 0)
             return;
         _time = local - raw - (static_cast<double>(offset) - raw);
