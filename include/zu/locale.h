@@ -86,6 +86,8 @@ ZU_API char* ToStdLangTerr(char* name);
 // The ZuEncoding of a code set name; langTerr (a standard pair, may be null) settles
 // names that are ambiguous alone ("950", "EUC"). Unknown names give 0.
 // Windows numbers match only exactly: "1252" gives 23 but "cp1252" gives 0.
+// Deliberately some canonical names are not recognised: "US-ASCII", "EUC-KR",
+// "EUC-TW", "Shift_JIS", "hp-roman8" and the "windows-" and "DEC-" names give 0.
 ZU_API ZuEncoding ToStdEncodingValue(ZuString codeset, const char* langTerr);
 
 // A new copy of the host's code set name for the current character-type locale,
@@ -137,9 +139,13 @@ public:
     // Null unless valid; else new text: pair, ".", canonical encoding name.
     char* getStdLocaleName() const;
 
+    // The name as the host spells it (not a copy), or null.
     const char* getSystemLocaleName() const { return _systemLocaleName; }
+    // True when a standard pair and a known encoding were found (or a pair was set).
     bool isValid() const { return _valid; }
+    // The standard pair "ll_TT" (not a copy), or null.
     const char* getStdLangTerr() const { return _stdLangTerr; }
+    // The encoding found or set; 0 when unknown.
     ZuEncoding getEncoding() const { return _encoding; }
 
 private:
@@ -168,7 +174,9 @@ public:
     // The first extension whose getType() equals type, or null.
     ZuLocaleExtension* find(int type) const;
 
+    // Number of extensions held.
     uint16_t getCount() const { return _count; }
+    // Size of the array: 0, 1, then doubling as the list grows.
     uint16_t getCapacity() const { return _capacity; }
     // Entry i, or null when i is not below the count.
     ZuLocaleExtension* get(uint16_t i) const { return i < _count ? _extensions[i] : nullptr; }
@@ -247,16 +255,24 @@ public:
     // value) calls nothing. The global context installs its locale extension here.
     static void SetDefaultLocaleHook(void (*hook)(ZuLocale* locale));
 
+    // True when the host refused the name given to the constructor.
     bool hasFailed() const { return _failure; }
+    // The host's code set name when last refreshed (not a copy), or null.
     const char* getCodeset() const { return _codeset; }
+    // The locale's encoding (see setEncoding); 0 when unknown.
     ZuEncoding getEncoding() const { return _encoding; }
+    // The largest size of one character in bytes (see setMaxCharSize).
     uint16_t getMaxCharSize() const { return _maxCharSize; }
+    // Number of extensions built on this locale and not yet destroyed.
     uint16_t getRefCount() const { return _refCount; }
+    // The extensions attached with addExtension.
     const ZuExtensionList& getExtensionList() const { return _extensions; }
     // Registry: number of live locales, capacity of the array, entry i (or null).
     static uint16_t GetLocaleNumber() { return _LocaleNumber; }
     static uint16_t GetMaxLocaleNumber() { return _MaxLocaleNumber; }
-    static ZuLocale* GetLocaleAt(uint16_t i) { return i < _LocaleNumber ? _LocaleList[i] : nullptr; }
+    static ZuLocale* GetLocaleAt(uint16_t i) {
+        return i < _LocaleNumber ? _LocaleList[i] : nullptr;
+    }
 
 private:
     friend class ZuLocaleExtension; // raises and lowers _refCount
@@ -300,7 +316,9 @@ public:
     // name; the text stays owned by the extension. Every concrete extension defines it.
     virtual const char* getName() const = 0;
 
+    // The locale this extension keeps alive.
     ZuLocale* getLocale() const { return _locale; }
+    // A flag for the concrete extension's own use; false after construction.
     bool getFlag() const { return _flag; }
     void setFlag(bool flag) { _flag = flag; }
     // Reference count kept by holders of the extension (the global context's current

@@ -81,6 +81,12 @@ bool containsAny(const char* cs, std::initializer_list<const char*> names) {
     return false;
 }
 
+// One row of the rules: equal to a name (case ignored) or containing one (case kept).
+bool rule(const char* cs, std::initializer_list<const char*> equal,
+          std::initializer_list<const char*> contained = {}) {
+    return equalsAny(cs, equal) || containsAny(cs, contained);
+}
+
 bool isPair(const char* lt, const char* pair) { return lt && std::strcmp(lt, pair) == 0; }
 
 // The ISO 8859 parts 1 to 10, rules 2 to 11: each accepts its three spellings or its
@@ -113,50 +119,50 @@ ZuEncoding isoPart(const char* cs) {
 
 namespace zu_locale {
 
-// The rules are tried in a fixed order and the first that holds wins; equality ignores
-// case unless marked exact, containment and prefixes are case-sensitive unless marked.
+// The rules are tried in a fixed order and the first that holds wins. Names compare
+// ignoring case, except the bare code page numbers; substrings and prefixes keep case,
+// except the "ujis" prefix.
 ZuEncoding encodingValue(const char* cs, const char* lt) {
     if (!cs)
         cs = "";
-    if (equalsAny(cs, {"646"}) || startsWith(cs, "ISO_646", false))
+    if (rule(cs, {"646"}) || startsWith(cs, "ISO_646", false))
         return ZuEnc_US_ASCII;
     if (ZuEncoding e = isoPart(cs))
         return e;
-    if (equalsAny(cs, {"iso885911", "ISO8859-11", "ISO-8859-11", "tis620", "TIS-620", "TACTIS"}) ||
-        containsAny(cs, {"TIS620", "ISO8859-11"}))
+    if (rule(cs, {"iso885911", "ISO8859-11", "ISO-8859-11", "tis620", "TIS-620", "TACTIS"},
+             {"TIS620", "ISO8859-11"}))
         return ZuEnc_ISO_8859_11;
-    if (equalsAny(cs, {"iso885913", "ISO8859-13", "ISO-8859-13"}) || containsAny(cs, {"ISO8859-13"}))
+    if (rule(cs, {"iso885913", "ISO8859-13", "ISO-8859-13"}, {"ISO8859-13"}))
         return ZuEnc_ISO_8859_13;
-    if (equalsAny(cs, {"iso885914", "ISO8859-14", "ISO-8859-14"}) || containsAny(cs, {"ISO8859-14"}))
+    if (rule(cs, {"iso885914", "ISO8859-14", "ISO-8859-14"}, {"ISO8859-14"}))
         return ZuEnc_ISO_8859_14;
-    if (equalsAny(cs, {"iso885915", "ISO8859-15", "ISO-8859-15"}) ||
-        containsAny(cs, {"iso885915", "ISO8859-15"}))
+    if (rule(cs, {"iso885915", "ISO8859-15", "ISO-8859-15"}, {"iso885915", "ISO8859-15"}))
         return ZuEnc_ISO_8859_15;
-    if (equalsAny(cs, {"eucJP", "EUC-JP"}) || containsAny(cs, {"eucJP"}) || startsWith(cs, "ujis", true))
+    if (rule(cs, {"eucJP", "EUC-JP"}, {"eucJP"}) || startsWith(cs, "ujis", true))
         return ZuEnc_EUC_JP;
-    if (equalsAny(cs, {"SJIS", "PCK"}) || containsAny(cs, {"SJIS"}))
+    if (rule(cs, {"SJIS", "PCK"}, {"SJIS"}))
         return ZuEnc_Shift_JIS;
-    if (equalsAny(cs, {"eucKR", "5601"}) || containsAny(cs, {"eucKR", "5601"}))
+    if (rule(cs, {"eucKR", "5601"}, {"eucKR", "5601"}))
         return ZuEnc_EUC_KR;
-    if (equalsAny(cs, {"gb2312", "hp15CN", "ugb"}) || containsAny(cs, {"eucCN"}))
+    if (rule(cs, {"gb2312", "hp15CN", "ugb"}, {"eucCN"}))
         return ZuEnc_GB2312;
-    if (equalsAny(cs, {"big5hkscs", "Big5-HKSCS", "hkbig5", "big5hk"}) || containsAny(cs, {"HKSCS", "hkscs"}))
+    if (rule(cs, {"big5hkscs", "Big5-HKSCS", "hkbig5", "big5hk"}, {"HKSCS", "hkscs"}))
         return ZuEnc_Big5_HKSCS;
-    if (equalsAny(cs, {"big5"}) || containsAny(cs, {"big5"}))
+    if (rule(cs, {"big5"}, {"big5"}))
         return ZuEnc_Big5;
-    if (equalsAny(cs, {"eucTW", "cns11643", "ucns"}) || containsAny(cs, {"eucTW"}))
+    if (rule(cs, {"eucTW", "cns11643", "ucns"}, {"eucTW"}))
         return ZuEnc_EUC_TW;
-    if (equalsAny(cs, {"GBK"}))
+    if (rule(cs, {"GBK"}))
         return ZuEnc_GBK;
-    if (equalsAny(cs, {"deckanji"}) || (containsAny(cs, {"deckanji"}) && !containsAny(cs, {"sdeckanji"})))
+    if (rule(cs, {"deckanji"}) || (std::strstr(cs, "deckanji") && !std::strstr(cs, "sdeckanji")))
         return ZuEnc_DEC_Kanji;
-    if (equalsAny(cs, {"deckorean"}) || containsAny(cs, {"deckorean"}))
+    if (rule(cs, {"deckorean"}, {"deckorean"}))
         return ZuEnc_DEC_Korean;
-    if (equalsAny(cs, {"dechanzi"}) || containsAny(cs, {"dechanzi"}))
+    if (rule(cs, {"dechanzi"}, {"dechanzi"}))
         return ZuEnc_DEC_Hanzi;
-    if (equalsAny(cs, {"dechanyu"}) || containsAny(cs, {"dechanyu"}))
+    if (rule(cs, {"dechanyu"}, {"dechanyu"}))
         return ZuEnc_DEC_Hanyu;
-    if (equalsAny(cs, {"roman8"}))
+    if (rule(cs, {"roman8"}))
         return ZuEnc_HP_Roman8;
     // From here the numbers are code pages: the windows ones match only exactly,
     // whereas 850 and 932 are also found inside longer names.
@@ -173,13 +179,13 @@ ZuEncoding encodingValue(const char* cs, const char* lt) {
         return ZuEnc_GB2312;
     if (std::strcmp(cs, "950") == 0)
         return isPair(lt, "zh_HK") ? ZuEnc_Big5_HKSCS : ZuEnc_Big5;
-    if (equalsAny(cs, {"utf8", "utf-8"}) || containsAny(cs, {"utf8", "UTF-8"}))
+    if (rule(cs, {"utf8", "utf-8"}, {"utf8", "UTF-8"}))
         return ZuEnc_UTF_8;
     if (std::strcmp(cs, "949") == 0)
         return ZuEnc_Windows_949;
     if (std::strcmp(cs, "874") == 0)
         return ZuEnc_Windows_874;
-    if (equalsAny(cs, {"EUC"})) {
+    if (rule(cs, {"EUC"})) {
         if (isPair(lt, "ja_JP"))
             return ZuEnc_EUC_JP;
         if (isPair(lt, "ko_KR"))

@@ -13,6 +13,25 @@ namespace {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
+// "e" and the exponent in decimal, as "e%d" would write it, without a formatted print.
+void writeExponent(char* out, int exponent) {
+    *out++ = 'e';
+    long long e = exponent;
+    if (e < 0) {
+        *out++ = '-';
+        e = -e;
+    }
+    char reversed[12];
+    int n = 0;
+    do {
+        reversed[n++] = static_cast<char>('0' + e % 10);
+        e /= 10;
+    } while (e);
+    while (n)
+        *out++ = reversed[--n];
+    *out = '\0';
+}
+
 } // namespace
 
 int ZuDoubleToString(char* buffer, double value, const char* format) {
@@ -92,7 +111,7 @@ bool ZuStringToDouble(const char* text, char** end, double& value) {
     }
     std::memcpy(digits, text, integerLength);
     std::memcpy(digits + integerLength, fraction, fractionLength);
-    std::snprintf(digits + integerLength + fractionLength, 16, "e%d", static_cast<int>(scaled));
+    writeExponent(digits + integerLength + fractionLength, static_cast<int>(scaled));
     value = std::strtod(digits, nullptr);
     if (digits != local)
         delete[] digits;
