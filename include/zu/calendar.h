@@ -206,6 +206,12 @@ protected:
 // from it on, with the 10 days that the switch drops. Day arithmetic works on Julian
 // day numbers held in doubles. Years are proleptic inside (1 BC is 0), era-relative
 // in the fields.
+// Deliberate, from the stamp rules: fields computed from the instant all carry stamp 1,
+// so when only a year, era or time field is set after a read, the day comes from the
+// week of the month and the weekday (add(kYear, 1) on Wednesday 5 May 2004 gives
+// Wednesday 4 May 2005, but 29 February is pinned to 28 February); kYearWoy set after
+// kWeekOfYear lets the month and date decide (roll(kWeekOfYear) leaves the date); and
+// kHourOfDay wins a stamp tie with kHour, so roll(kAmPm) leaves the hour.
 class ZU_API ZuGregorianCalendar : public ZuCalendar {
 public:
     static const int32_t kJan1_1JulianDay = 1721426;      // 1 January 1 (Gregorian)

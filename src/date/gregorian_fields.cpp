@@ -19,7 +19,9 @@ namespace {
 // day or week count overflows an int32. Larger instants give the bound's fields.
 const double kMaxFieldMillis = 1.0e17;
 
-// Overflow guards on local = instant + offset, kept from the original arithmetic.
+// Guards on local = instant + offset: a sum whose sign flips against both operands is
+// replaced by 2^52 - 1 with the right sign. With doubles this never fires in practice;
+// it is kept so that the rule holds whatever the representation.
 const double kGuardMillis = 4503599627370495.0;
 
 double addOffset(double instant, double offset) {
