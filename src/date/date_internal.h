@@ -36,11 +36,8 @@ inline int64_t positiveMod(int64_t a, int64_t b) {
     return r < 0 ? r + b : r;
 }
 
-// Quotient rounded toward minus infinity (b > 0).
-inline int64_t floorDiv(int64_t a, int64_t b) {
-    int64_t q = a / b;
-    return (a % b < 0) ? q - 1 : q;
-}
+// Quotient rounded toward minus infinity (b > 0; a at least b above the int64 minimum).
+inline int64_t floorDiv(int64_t a, int64_t b) { return (a >= 0 ? a : a - (b - 1)) / b; }
 
 inline bool gregorianLeap(int64_t year) {
     return (year % 4 == 0) && ((year % 100 != 0) || (year % 400 == 0));

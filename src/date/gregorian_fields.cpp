@@ -34,12 +34,22 @@ double addOffset(double instant, double offset) {
 }
 
 // The zone's getOffset without the month length of the previous month, as its short form
-// does it, minus one call through the dynamic linker.
+// does it. A zone without daylight saving gives its raw offset after the same argument
+// checks, which are made here to spare two calls through the dynamic linker.
 int32_t zoneOffset(const ZuTimeZone& zone, int32_t era, int32_t year, int32_t month, int32_t day,
                    int32_t dayOfWeek, int32_t millis, int32_t monthLength, ZuDateErrorCode& code) {
     if (month < 0 || month > 11) {
         code = kDateIllegalArgument;
         return -1;
+    }
+    if (!zone.getUseDaylight()) {
+        uint8_t e = static_cast<uint8_t>(era), dow = static_cast<uint8_t>(dayOfWeek);
+        if (e > 1 || day < 1 || day > monthLength || dow < 1 || dow > 7 || millis < 0 ||
+            millis > 86399999 || monthLength < 28 || monthLength > 31) {
+            code = kDateIllegalArgument;
+            return -1;
+        }
+        return zone.getRawOffset();
     }
     return zone.getOffset(static_cast<uint8_t>(era), year, month, day,
                           static_cast<uint8_t>(dayOfWeek), millis, monthLength,
@@ -58,7 +68,9 @@ int32_t weekdayFromBase(double d) { return static_cast<int32_t>(d < 0 ? d + 8 : 
 // and make the zone refuse the date.
 int32_t ZuGregorianCalendar::computedMonthLength(int32_t era, int32_t fieldYear) const {
     int64_t year = era == 0 ? 1 - static_cast<int64_t>(fieldYear) : fieldYear;
-    int64_t month = zu_date::positiveMod(internalGet(kMonth), 12);
+    int32_t month = internalGet(kMonth);
+    if (month < 0 || month > 11)
+        month = static_cast<int32_t>(zu_date::positiveMod(month, 12));
     return zu_date::hybridLeap(year, _gregorianCutoverYear) ? kLeapMonthLength[month]
                                                             : kMonthLength[month];
 }
@@ -125,24 +137,26 @@ void ZuGregorianCalendar::fieldsFromDay(int64_t julianDay, bool gregorianSide, b
     int32_t year;
     int32_t dayOfYear;
     bool leap;
-    int64_t weekdayBase;
+    int32_t weekdayBase;
     if (gregorianSide) {
-        int64_t g = julianDay - kJan1_1JulianDay;
-        int64_t q400 = floorDiv(g, 146097);
-        int64_t r = g - q400 * 146097;
-        int64_t q100 = r / 36524;
-        r %= 36524;
-        int64_t q4 = r / 1461;
-        r %= 1461;
-        int64_t q1 = r / 365;
-        r %= 365;
-        year = static_cast<int32_t>(400 * q400 + 100 * q100 + 4 * q4 + q1);
+        // 32 bits suffice, and the remainders are non-negative once the 400-year cycles
+        // are taken off (unsigned divisions by constants are the cheapest).
+        int32_t g = static_cast<int32_t>(julianDay - kJan1_1JulianDay);
+        int32_t q400 = (g >= 0 ? g : g - 146096) / 146097;
+        uint32_t r = static_cast<uint32_t>(g - q400 * 146097);
+        uint32_t q100 = r / 36524u;
+        r -= q100 * 36524u;
+        uint32_t q4 = r / 1461u;
+        r -= q4 * 1461u;
+        uint32_t q1 = r / 365u;
+        r -= q1 * 365u;
+        year = 400 * q400 + static_cast<int32_t>(100 * q100 + 4 * q4 + q1);
         dayOfYear = static_cast<int32_t>(r);
         if (q100 == 4 || q1 == 4)
             dayOfYear = 365;  // the last day of a leap year
         else
             ++year;
-        leap = gregorianLeap(year);
+        leap = (year & 3) == 0 && ((year % 100 != 0) || (year % 400 == 0));
         weekdayBase = (g + 1) % 7;
     } else {
         int64_t e = julianDay - (kJan1_1JulianDay - 2);
@@ -150,15 +164,16 @@ void ZuGregorianCalendar::fieldsFromDay(int64_t julianDay, bool gregorianSide, b
         dayOfYear = static_cast<int32_t>(e - (365 * (static_cast<int64_t>(year) - 1) +
                                               floorDiv(static_cast<int64_t>(year) - 1, 4)));
         leap = (year & 3) == 0;
-        weekdayBase = (e - 1) % 7;
+        weekdayBase = static_cast<int32_t>((e - 1) % 7);
     }
 
-    int32_t correction = 0;
-    if (dayOfYear >= (leap ? 60 : 59))
-        correction = leap ? 1 : 2;
+    // Without branches on the leap flag, which random dates make unpredictable:
+    // kLeapNumDays[m] is kNumDays[m] plus one from March on.
+    int32_t isLeap = leap ? 1 : 0;
+    int32_t correction = dayOfYear >= 59 + isLeap ? 2 - isLeap : 0;
     int32_t month = (12 * (dayOfYear + correction) + 6) / 367;
-    int32_t date = dayOfYear - (leap ? kLeapNumDays[month] : kNumDays[month]) + 1;
-    int32_t dayOfWeek = static_cast<int32_t>(weekdayBase < 0 ? weekdayBase + 8 : weekdayBase + 1);
+    int32_t date = dayOfYear - (kNumDays[month] + (isLeap & (month >= 2))) + 1;
+    int32_t dayOfWeek = weekdayBase < 0 ? weekdayBase + 8 : weekdayBase + 1;
     int32_t era = year > 0 ? 1 : 0;
     // The cutover year counts from 1 January across the dropped days; month and date
     // already name the Gregorian day.
@@ -325,7 +340,7 @@ double ZuGregorianCalendar::julianDayFromFields(bool isGregorian, int32_t year) 
         }
     }
     double start = julianDayBeforeYear(isGregorian, year, leap);
-    start += leap ? kLeapNumDays[month] : kNumDays[month];
+    start += kNumDays[month] + ((leap ? 1 : 0) & (month >= 2));  // = kLeapNumDays in a leap year
 
     double date;
     if (best == _stamp[kWeekOfMonth] || best == _stamp[kDayOfWeekInMonth]) {
