@@ -7,5 +7,6 @@
 #include <zu/pool.h>
 #include <zu/string.h>
 #include <zu/i18n.h>
+#include <zu/url.h>
 
 #endif
