@@ -1,8 +1,6 @@
-# Most url tests start a server on 127.0.0.1 port 80 or 21, so no two of them may run at
-# the same time: every discovered test of this program gets one RESOURCE_LOCK. The tests
-# only exist once discovery has run (at test time), so the lock is set by a CTest include
-# file queued after the one gtest_discover_tests adds (hence the deferred call); it reads
-# the list of names that discovery leaves in <program>_TESTS.
+# Most url tests serve on 127.0.0.1 port 80 or 21: one RESOURCE_LOCK on every test of the
+# program. Tests exist only after discovery, so a CTest include file queued after gtest's
+# own (deferred call) sets the lock on the names discovery leaves in <program>_TESTS.
 set(zu_url_lock_file ${CMAKE_CURRENT_BINARY_DIR}/${exe}_lock.cmake)
 file(WRITE ${zu_url_lock_file}
   "if(${exe}_TESTS)\n"
