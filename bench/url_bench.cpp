@@ -1,0 +1,183 @@
+// Reading a 50 MB file through ZuIUrlStream, plain against std::ifstream and gzip against
+// zlib's gzread, with and without history (hint NoHistory). Each Zu benchmark reports
+// "vs_peer": its throughput divided by the peer's (CPU time), measured in the same run. Peak memory
+// of one full read is measured first, each in a fresh child process, and printed.
+#include <zu/url.h>
+
+#include <benchmark/benchmark.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <zlib.h>
+
+#include <ctime>
+#include <cstdio>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+const char* const Dir = "/tmp/zu_url_bench";
+const std::string Plain = std::string(Dir) + "/data.txt";
+const std::string Gzip = Plain + ".gz";
+const long long Size = 50LL << 20;
+const size_t ReadSize = 64 << 10;
+
+std::map<std::string, double> g_peerSeconds; // seconds per full read, by input
+std::map<std::string, long> g_peakKb;        // peak resident memory of one read, by name
+
+long long FileSize(const std::string& path) {
+    struct stat st;
+    return stat(path.c_str(), &st) == 0 ? static_cast<long long>(st.st_size) : -1;
+}
+
+// 50 MB of varied text lines (about 4:1 under gzip), and its gzip; kept between runs.
+void MakeInputs() {
+    mkdir(Dir, 0755);
+    if (FileSize(Plain) != Size) {
+        const char* words[] = {"alpha", "beta", "gamma", "delta", "stream", "buffer", "zu",
+                               "history", "chunk", "inflate", "socket", "header"};
+        FILE* out = std::fopen(Plain.c_str(), "wb");
+        std::string line;
+        unsigned seed = 12345;
+        for (long long written = 0; written < Size; written += static_cast<long long>(line.size())) {
+            line.clear();
+            for (int w = 0; w < 8; ++w) {
+                seed = seed * 1103515245u + 12345u;
+                line += words[(seed >> 16) % 12];
+                line += ' ' + std::to_string((seed >> 8) % 10000) + ' ';
+            }
+            line.back() = '\n';
+            if (written + static_cast<long long>(line.size()) > Size)
+                line.resize(static_cast<size_t>(Size - written));
+            std::fwrite(line.data(), 1, line.size(), out);
+        }
+        std::fclose(out);
+        std::remove(Gzip.c_str());
+    }
+    if (FileSize(Gzip) <= 0) {
+        FILE* in = std::fopen(Plain.c_str(), "rb");
+        gzFile out = gzopen(Gzip.c_str(), "wb6");
+        std::vector<char> buf(1 << 20);
+        for (size_t n; (n = std::fread(buf.data(), 1, buf.size(), in)) > 0;)
+            gzwrite(out, buf.data(), static_cast<unsigned>(n));
+        gzclose(out);
+        std::fclose(in);
+    }
+}
+
+// The readers: each reads its whole input once and returns the byte count.
+long long ReadZu(const std::string& path, bool history) {
+    ZuIUrlStream in(("file:" + path).c_str(), false);
+    if (!history)
+        in.setHints(ZuIUrlStream::NoHistory);
+    std::vector<char> buf(ReadSize);
+    long long total = 0;
+    while (in.read(buf.data(), static_cast<std::streamsize>(buf.size())) || in.gcount() > 0)
+        total += in.gcount();
+    return total;
+}
+
+long long ReadIfstream(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::vector<char> buf(ReadSize);
+    long long total = 0;
+    while (in.read(buf.data(), static_cast<std::streamsize>(buf.size())) || in.gcount() > 0)
+        total += in.gcount();
+    return total;
+}
+
+long long ReadGzread(const std::string& path) {
+    gzFile in = gzopen(path.c_str(), "rb");
+    std::vector<char> buf(ReadSize);
+    long long total = 0;
+    for (int n; (n = gzread(in, buf.data(), static_cast<unsigned>(buf.size()))) > 0;)
+        total += n;
+    gzclose(in);
+    return total;
+}
+
+// Peak resident memory in kB of a fresh child running reader once.
+long PeakKb(const std::function<long long()>& reader) {
+    const pid_t pid = fork();
+    if (pid == 0)
+        _exit(reader() == Size ? 0 : 1);
+    int status = 0;
+    rusage usage{};
+    wait4(pid, &status, 0, &usage);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? usage.ru_maxrss : -1;
+}
+
+double CpuSeconds() {
+    timespec t;
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
+    return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) / 1e9;
+}
+
+// Runs reader as the benchmark loop; returns CPU seconds per full read (CPU time, since
+// the machine may be shared: wall time would measure the neighbours too).
+double Loop(benchmark::State& state, const std::function<long long()>& reader) {
+    const double start = CpuSeconds();
+    for (auto _ : state) {
+        const long long n = reader();
+        if (n != Size)
+            state.SkipWithError("short read");
+        benchmark::DoNotOptimize(n);
+    }
+    const double spent = CpuSeconds() - start;
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * Size);
+    return spent / static_cast<double>(state.iterations());
+}
+
+void Peer(benchmark::State& state, const std::string& input,
+          const std::function<long long()>& reader) {
+    g_peerSeconds[input] = Loop(state, reader);
+}
+
+void Zu(benchmark::State& state, const std::string& input, bool history, const char* peak) {
+    const double seconds = Loop(state, [&] { return ReadZu(input, history); });
+    if (g_peerSeconds.count(input))
+        state.counters["vs_peer"] = g_peerSeconds[input] / seconds;
+    state.counters["peak_MB"] = static_cast<double>(g_peakKb[peak]) / 1024.0;
+}
+
+} // namespace
+
+// Peers first: the Zu runs that follow divide by their times.
+BENCHMARK_CAPTURE(Peer, Plain_ifstream, Plain, [] { return ReadIfstream(Plain); })
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Zu, Plain_NoHistory, Plain, false, "zu plain, no history")
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Zu, Plain_History, Plain, true, "zu plain, history")
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Peer, Gzip_gzread, Gzip, [] { return ReadGzread(Gzip); })
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Zu, Gzip_NoHistory, Gzip, false, "zu gzip, no history")
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Zu, Gzip_History, Gzip, true, "zu gzip, history")
+    ->Unit(benchmark::kMillisecond);
+
+int main(int argc, char** argv) {
+    MakeInputs();
+    const std::pair<const char*, std::function<long long()>> readers[] = {
+        {"nothing read", [] { return Size; }},
+        {"ifstream plain", [] { return ReadIfstream(Plain); }},
+        {"zu plain, no history", [] { return ReadZu(Plain, false); }},
+        {"zu plain, history", [] { return ReadZu(Plain, true); }},
+        {"gzread", [] { return ReadGzread(Gzip); }},
+        {"zu gzip, no history", [] { return ReadZu(Gzip, false); }},
+        {"zu gzip, history", [] { return ReadZu(Gzip, true); }}};
+    std::printf("Peak resident memory of one read of %lld MB (fresh process each):\n", Size >> 20);
+    for (const auto& r : readers) {
+        g_peakKb[r.first] = PeakKb(r.second);
+        std::printf("  %-22s %8.1f MB\n", r.first, static_cast<double>(g_peakKb[r.first]) / 1024.0);
+    }
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
