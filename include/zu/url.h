@@ -53,8 +53,8 @@ protected:
 // interpreted: an error page or a redirection is delivered as the body.
 class ZU_API HttpProtocol : public Protocol {
 public:
-    // Resolves host (a numeric IPv4 address needs no reverse lookup), connects to port
-    // and sends the request. Any failure leaves the protocol bad.
+    // Resolves host (a numeric IPv4 address is used as it is, without a reverse lookup),
+    // connects to port and sends the request. Any failure leaves the protocol bad.
     HttpProtocol(const char* host, const char* path, int port);
     // Closes the socket and frees the header text.
     ~HttpProtocol() override;
@@ -133,6 +133,7 @@ protected:
 // Another input stream, not owned by the protocol.
 class ZU_API StreamProtocol : public Protocol {
 public:
+    // Reads from in (may be null: then every read is -1).
     explicit StreamProtocol(std::istream* in);
     // Deliberately true when the source's state is good and false when there is no
     // source (an inverted sense kept as it stands; the buffer never consults it).
@@ -169,11 +170,16 @@ public:
     ZuIUrlStream(const ZuIUrlStream&) = delete;
     ZuIUrlStream& operator=(const ZuIUrlStream&) = delete;
 
+    // The buffer's hints; NoHint unless set.
     StreamHint getHints() const;
-    // Applies to the fills that follow; the URL constructor has already filled once.
+    // Applies to the fills that follow; the URL constructor has already filled once,
+    // keeping that first chunk in the history.
     void setHints(StreamHint hints);
-    // Chunks double from 4096 bytes up to the first size above this limit (262144).
+    // Plain data is read in chunks that double from 4096 bytes while they are at most
+    // this limit (262144), so up to the first size above it. Compressed data is always
+    // read 4096 bytes at a time.
     unsigned int getBufferLimit() const;
+    // Applies to the fills that follow.
     void setBufferLimit(unsigned int limit);
     // The HTTP response header, or null (other protocols, no header, failed stream).
     const char* getHeader() const;
@@ -206,9 +212,14 @@ public:
     int parseUrl(const char* url, bool flag);
     // Reads the next chunk (detecting gzip and zip on the first one) and makes its
     // decoded bytes readable. The count of new bytes, or -1 at the end of input.
-    // Never returns 0: a fill that decodes nothing reads on.
+    // Never returns 0: a fill that decodes nothing reads on. No decoded byte is lost
+    // whatever the ratio: input one inflate call leaves is used by the next fill.
+    // Corrupt or truncated compressed data ends the input; what came stays readable.
+    // Only the first gzip member is read; the first zip entry is taken to be deflated.
+    // A history that would pass 2^31 - 1 bytes ends the input (use NoHistory instead).
     int fillbuf();
 
+    // The fields behind ZuIUrlStream's accessors of the same names.
     ZuIUrlStream::StreamHint getHints() const { return _hints; }
     void setHints(ZuIUrlStream::StreamHint hints) { _hints = hints; }
     unsigned int getBufferLimit() const { return _bufferLimit; }
@@ -219,7 +230,8 @@ public:
 protected:
     // Seeks within the history. Deliberately reports the new position plus off (a seek
     // from the beginning to 10 reports 20); -1 on failure or with the NoHistory hint.
-    // The end is the end of what has been read so far, not of the resource.
+    // The end is the end of what has been read so far, not of the resource; a target
+    // past the end of the input stops there.
     pos_type seekoff(off_type off, std::ios_base::seekdir dir,
                      std::ios_base::openmode mode) override;
     // seekoff(pos, beginning).

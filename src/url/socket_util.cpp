@@ -17,17 +17,13 @@ namespace zu_url {
 bool ResolveHost(const char* host, in_addr& address) {
     if (!host)
         return false;
+    // A numeric address is used as it is. Its reverse lookup (gethostbyaddr) could only
+    // give the same address back, may not exist at all, and as asked with a length of 8
+    // never matches the hosts file: it always went to the name server, which can keep
+    // every connection waiting for seconds.
     const in_addr_t numeric = inet_addr(host);
     if (numeric != INADDR_NONE) {
-        // The reverse lookup is asked with a length of 8, so the buffer holds 8 bytes.
-        unsigned char bytes[8] = {0, 0, 0, 0, 0, 0, 0, 0};
-        std::memcpy(bytes, &numeric, sizeof numeric);
-        const hostent* entry = gethostbyaddr(bytes, 8, AF_INET);
-        if (entry && entry->h_addrtype == AF_INET && entry->h_length == 4 && entry->h_addr_list &&
-            entry->h_addr_list[0])
-            std::memcpy(&address, entry->h_addr_list[0], 4);
-        else
-            address.s_addr = numeric; // a numeric address needs no reverse lookup to connect
+        address.s_addr = numeric;
         return true;
     }
     const hostent* entry = gethostbyname(host);

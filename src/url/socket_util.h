@@ -13,8 +13,8 @@ namespace zu_url {
 // Seconds each network wait lasts; every wait is tried twice.
 const int WaitSeconds = 10;
 
-// The address of host: a numeric IPv4 address (its reverse lookup is tried but not
-// required) or a name looked up with gethostbyname. False when there is none.
+// The address of host: a numeric IPv4 address as it is, or a name looked up with
+// gethostbyname. False when there is none.
 bool ResolveHost(const char* host, in_addr& address);
 
 // A blocking TCP connection to address:port; -1 on failure.

@@ -1,24 +1,19 @@
 // FTP in active mode through a real server (pyftpdlib on port 21) with anonymous and
 // password logins, and through a scripted server that records the dialogue.
 #include "url_servers.h"
+
 #include <poll.h>
 
-namespace {
 const char* const FtpServerScript = R"(
 import sys
-from pyftpdlib.authorizers import DummyAuthorizer
-from pyftpdlib.handlers import FTPHandler
-from pyftpdlib.servers import FTPServer
-users = DummyAuthorizer()
+from pyftpdlib import authorizers, handlers, servers
+users = authorizers.DummyAuthorizer()
 users.add_anonymous(sys.argv[1])
 users.add_user('zu', 'se@cret', sys.argv[1])
-FTPHandler.authorizer = users
-FTPHandler.max_login_attempts = 1   # a refused login closes the connection
-FTPHandler.auth_failed_timeout = 0
-FTPServer(('127.0.0.1', 21), FTPHandler).serve_forever()
+h = handlers.FTPHandler
+h.authorizer, h.max_login_attempts, h.auth_failed_timeout = users, 1, 0  # refusal disconnects
+servers.FTPServer(('127.0.0.1', 21), h).serve_forever()
 )";
-
-} // namespace
 
 TEST(FtpServer, LogsInAnonymouslyOrWithAPasswordHoldingAnAt) {
     TempDir dir;
@@ -46,7 +41,7 @@ TEST(FtpDialogue, SendsOnlyTheLoginItWasGiven) {
     std::vector<std::vector<std::string>> sessions;
     bool typeBeforeUserReply = false;
     ScriptServer server;
-    const bool listening = server.start(21, [&](int c, int) {
+    if (!server.start(21, [&](int c, int) {
         sessions.emplace_back();
         SendText(c, "220 scripted\r\n");
         for (std::string line, port; !(line = ReadUntil(c, "\r\n")).empty();) {
@@ -64,8 +59,7 @@ TEST(FtpDialogue, SendsOnlyTheLoginItWasGiven) {
             SendText(data, "data of " + line.substr(5));
             close(data);
         }
-    });
-    if (!listening)
+    }))
         GTEST_SKIP() << "cannot listen on 127.0.0.1 port 21 (taken, or not root)";
     const struct { const char* url; std::vector<std::string> commands; } cases[] = {
         {"ftp://127.0.0.1/dir/f.txt", {"TYPE I", "PORT", "RETR dir/f.txt"}},

@@ -1,5 +1,5 @@
-// Peers for the URL tests, all on 127.0.0.1: server programs run as children, scripted
-// servers as threads; fixture files are made in a temporary directory.
+// Peers for the URL tests on 127.0.0.1 (server programs as children, scripted servers as
+// threads) and fixture files made in a temporary directory.
 #ifndef ZU_TESTS_URL_SERVERS_H
 #define ZU_TESTS_URL_SERVERS_H
 
@@ -32,19 +32,17 @@ inline std::string Repeat(const std::string& unit, size_t bytes) {
     return s.substr(0, bytes);
 }
 
-// Deflated text: raw with window bits -15, gzip with 31.
-inline std::string Pack(const std::string& text, int windowBits) {
-    z_stream z{};
-    deflateInit2(&z, 9, Z_DEFLATED, windowBits, 8, Z_DEFAULT_STRATEGY);
-    std::string out(deflateBound(&z, text.size()) + 32, '\0');
-    z.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
-    z.avail_in = static_cast<uInt>(text.size());
-    z.next_out = reinterpret_cast<Bytef*>(&out[0]);
-    z.avail_out = static_cast<uInt>(out.size());
-    deflate(&z, Z_FINISH);
-    out.resize(z.total_out);
-    deflateEnd(&z);
-    return out;
+// A gzip member of text whose flags announce optional fields, each filled in (the comment
+// is longer than a first chunk). The trailer is zeros: the library does not check it.
+inline std::string Gzip(const std::string& text, int flags = 0) {
+    uLongf size = compressBound(text.size());
+    std::string z(size, '\0'), g = {'\x1f', '\x8b', 8, static_cast<char>(flags), 1, 2, 3, 4, 0, 3};
+    compress2(reinterpret_cast<Bytef*>(&z[0]), &size, reinterpret_cast<const Bytef*>(text.data()),
+              text.size(), 9);
+    g += std::string(flags & 4 ? "\x05\x00" "extra" : "", flags & 4 ? 7 : 0);
+    g += std::string(flags & 8 ? "name.txt" : "", flags & 8 ? 9 : 0);
+    g += flags & 16 ? std::string(5000, 'c') + '\0' : "";
+    return g + (flags & 2 ? "hc" : "") + z.substr(2, size - 6) + std::string(8, '\0');
 }
 
 // A fresh directory, removed with its files at the end of the test.
@@ -64,10 +62,7 @@ struct TempDir {
 // A socket listening on (listen true) or connected to 127.0.0.1:port; -1 on failure.
 inline int Endpoint(int port, bool listening) {
     int fd = socket(AF_INET, SOCK_STREAM, 0), one = 1;
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_port = htons(static_cast<uint16_t>(port));
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in a{AF_INET, htons(static_cast<uint16_t>(port)), {htonl(INADDR_LOOPBACK)}, {}};
     setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &one, sizeof one);
     const sockaddr* to = reinterpret_cast<sockaddr*>(&a);
     if (listening ? bind(fd, to, sizeof a) < 0 || listen(fd, 4) < 0 : connect(fd, to, sizeof a) < 0) {
