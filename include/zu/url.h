@@ -55,6 +55,7 @@ class ZU_API HttpProtocol : public Protocol {
 public:
     // Resolves host (a numeric IPv4 address is used as it is, without a reverse lookup),
     // connects to port and sends the request. Any failure leaves the protocol bad.
+    // Connecting, like every wait, is given up after two 10-second periods.
     HttpProtocol(const char* host, const char* path, int port);
     // Closes the socket and frees the header text.
     ~HttpProtocol() override;

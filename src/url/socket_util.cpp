@@ -4,6 +4,7 @@
 #include <zu/url.h>
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <netdb.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -35,7 +36,7 @@ bool ResolveHost(const char* host, in_addr& address) {
 }
 
 int ConnectTo(const in_addr& address, int port) {
-    int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (fd < 0)
         return -1;
     sockaddr_in peer;
@@ -43,11 +44,26 @@ int ConnectTo(const in_addr& address, int port) {
     peer.sin_family = AF_INET;
     peer.sin_port = htons(static_cast<uint16_t>(port));
     peer.sin_addr = address;
-    int rc;
-    do
-        rc = connect(fd, reinterpret_cast<const sockaddr*>(&peer), sizeof peer);
-    while (rc < 0 && errno == EINTR);
-    if (rc < 0)
+    // The connection is made without blocking so that an unreachable host is given up
+    // after the usual two waiting periods, not after the kernel's minutes of retries.
+    if (connect(fd, reinterpret_cast<const sockaddr*>(&peer), sizeof peer) < 0) {
+        pollfd p = {fd, POLLOUT, 0};
+        int error = errno == EINPROGRESS ? 0 : errno;
+        socklen_t length = sizeof error;
+        int ready = 0;
+        for (int attempt = 0; !error && ready == 0 && attempt < 2; ++attempt) {
+            do
+                ready = poll(&p, 1, WaitSeconds * 1000);
+            while (ready < 0 && errno == EINTR);
+        }
+        if (error || ready != 1 || getsockopt(fd, SOL_SOCKET, SO_ERROR, &error, &length) < 0 ||
+            error) {
+            CloseFd(fd);
+            return -1;
+        }
+    }
+    const int flags = fcntl(fd, F_GETFL);
+    if (flags < 0 || fcntl(fd, F_SETFL, flags & ~O_NONBLOCK) < 0)
         CloseFd(fd);
     return fd;
 }
