@@ -1,5 +1,6 @@
 // Reading a 50 MB file through ZuIUrlStream, plain against std::ifstream and gzip against
-// zlib's gzread, with and without history (hint NoHistory). Each Zu benchmark reads through
+// zlib's gzread (gzgets for lines), with and without history (hint NoHistory), in 64 KiB
+// blocks and line by line. Each Zu benchmark reads through
 // its peer too, alternately, and reports "vs_peer": its throughput divided by the peer's,
 // in CPU time (the machine may be shared: wall time would measure the neighbours too). Peak memory
 // of one full read is measured first, each in a fresh child process, and printed.
@@ -14,6 +15,7 @@
 
 #include <ctime>
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <functional>
 #include <map>
@@ -70,33 +72,44 @@ void MakeInputs() {
     }
 }
 
-// The readers: each reads its whole input once and returns the byte count.
-long long ReadZu(const std::string& path, bool history) {
+// The readers: each reads its whole input once, in 64 KiB blocks or line by line, and
+// returns the byte count (line ends included).
+long long ReadStream(std::istream& in, bool lines) {
+    long long total = 0;
+    if (lines) {
+        for (std::string line; std::getline(in, line);)
+            total += static_cast<long long>(line.size()) + (in.eof() ? 0 : 1);
+        return total;
+    }
+    std::vector<char> buf(ReadSize);
+    while (in.read(buf.data(), static_cast<std::streamsize>(buf.size())) || in.gcount() > 0)
+        total += in.gcount();
+    return total;
+}
+
+long long ReadZu(const std::string& path, bool history, bool lines) {
     ZuIUrlStream in(("file:" + path).c_str(), false);
     if (!history)
         in.setHints(ZuIUrlStream::NoHistory);
-    std::vector<char> buf(ReadSize);
-    long long total = 0;
-    while (in.read(buf.data(), static_cast<std::streamsize>(buf.size())) || in.gcount() > 0)
-        total += in.gcount();
-    return total;
+    return ReadStream(in, lines);
 }
 
-long long ReadIfstream(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::vector<char> buf(ReadSize);
-    long long total = 0;
-    while (in.read(buf.data(), static_cast<std::streamsize>(buf.size())) || in.gcount() > 0)
-        total += in.gcount();
-    return total;
+long long ReadIfstream(bool lines) {
+    std::ifstream in(Plain, std::ios::binary);
+    return ReadStream(in, lines);
 }
 
-long long ReadGzread(const std::string& path) {
-    gzFile in = gzopen(path.c_str(), "rb");
+long long ReadGzread(bool lines) {
+    gzFile in = gzopen(Gzip.c_str(), "rb");
     std::vector<char> buf(ReadSize);
     long long total = 0;
-    for (int n; (n = gzread(in, buf.data(), static_cast<unsigned>(buf.size()))) > 0;)
-        total += n;
+    if (lines) {
+        while (gzgets(in, buf.data(), static_cast<int>(buf.size())))
+            total += static_cast<long long>(std::strlen(buf.data()));
+    } else {
+        for (int n; (n = gzread(in, buf.data(), static_cast<unsigned>(buf.size()))) > 0;)
+            total += n;
+    }
     gzclose(in);
     return total;
 }
@@ -129,60 +142,59 @@ void Loop(benchmark::State& state, const std::function<long long()>& reader) {
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * Size);
 }
 
-void Peer(benchmark::State& state, const std::function<long long()>& reader) {
-    Loop(state, reader);
+void Peer(benchmark::State& state, bool gzip, bool lines) {
+    Loop(state, [=] { return gzip ? ReadGzread(lines) : ReadIfstream(lines); });
 }
 
 // Each iteration reads through Zu and through the peer, alternately, so that both see the
 // same machine; the reported time is Zu's alone.
-void Zu(benchmark::State& state, const std::string& input, bool history, const char* peak,
-        const std::function<long long()>& peer) {
+void Zu(benchmark::State& state, bool gzip, bool history, bool lines) {
     double zuSeconds = 0, peerSeconds = 0;
     for (auto _ : state) {
         double start = CpuSeconds();
-        if (ReadZu(input, history) != Size)
+        if (ReadZu(gzip ? Gzip : Plain, history, lines) != Size)
             state.SkipWithError("short read");
         const double zu = CpuSeconds() - start;
         zuSeconds += zu;
         start = CpuSeconds();
-        benchmark::DoNotOptimize(peer());
+        benchmark::DoNotOptimize(gzip ? ReadGzread(lines) : ReadIfstream(lines));
         peerSeconds += CpuSeconds() - start;
         state.SetIterationTime(zu);
     }
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * Size);
     state.counters["vs_peer"] = peerSeconds / zuSeconds;
-    state.counters["peak_MB"] = static_cast<double>(g_peakKb[peak]) / 1024.0;
+    state.counters["peak_MB"] =
+        static_cast<double>(g_peakKb[std::string(gzip ? "zu gzip" : "zu plain") +
+                                     (history ? ", history" : ", no history")]) / 1024.0;
 }
 
 } // namespace
 
-BENCHMARK_CAPTURE(Peer, Plain_ifstream, [] { return ReadIfstream(Plain); })
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Zu, Plain_NoHistory, Plain, false, "zu plain, no history",
-                  [] { return ReadIfstream(Plain); })
-    ->Unit(benchmark::kMillisecond)->UseManualTime();
-BENCHMARK_CAPTURE(Zu, Plain_History, Plain, true, "zu plain, history",
-                  [] { return ReadIfstream(Plain); })
-    ->Unit(benchmark::kMillisecond)->UseManualTime();
-BENCHMARK_CAPTURE(Peer, Gzip_gzread, [] { return ReadGzread(Gzip); })
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Zu, Gzip_NoHistory, Gzip, false, "zu gzip, no history",
-                  [] { return ReadGzread(Gzip); })
-    ->Unit(benchmark::kMillisecond)->UseManualTime();
-BENCHMARK_CAPTURE(Zu, Gzip_History, Gzip, true, "zu gzip, history",
-                  [] { return ReadGzread(Gzip); })
-    ->Unit(benchmark::kMillisecond)->UseManualTime();
+#define ZU_URL_BENCH(name, ...) \
+    BENCHMARK_CAPTURE(Zu, name, __VA_ARGS__)->Unit(benchmark::kMillisecond)->UseManualTime()
+BENCHMARK_CAPTURE(Peer, Plain_ifstream_blocks, false, false)->Unit(benchmark::kMillisecond);
+ZU_URL_BENCH(Plain_NoHistory_blocks, false, false, false);
+ZU_URL_BENCH(Plain_History_blocks, false, true, false);
+BENCHMARK_CAPTURE(Peer, Plain_ifstream_lines, false, true)->Unit(benchmark::kMillisecond);
+ZU_URL_BENCH(Plain_NoHistory_lines, false, false, true);
+ZU_URL_BENCH(Plain_History_lines, false, true, true);
+BENCHMARK_CAPTURE(Peer, Gzip_gzread_blocks, true, false)->Unit(benchmark::kMillisecond);
+ZU_URL_BENCH(Gzip_NoHistory_blocks, true, false, false);
+ZU_URL_BENCH(Gzip_History_blocks, true, true, false);
+BENCHMARK_CAPTURE(Peer, Gzip_gzgets_lines, true, true)->Unit(benchmark::kMillisecond);
+ZU_URL_BENCH(Gzip_NoHistory_lines, true, false, true);
+ZU_URL_BENCH(Gzip_History_lines, true, true, true);
 
 int main(int argc, char** argv) {
     MakeInputs();
     const std::pair<const char*, std::function<long long()>> readers[] = {
         {"nothing read", [] { return Size; }},
-        {"ifstream plain", [] { return ReadIfstream(Plain); }},
-        {"zu plain, no history", [] { return ReadZu(Plain, false); }},
-        {"zu plain, history", [] { return ReadZu(Plain, true); }},
-        {"gzread", [] { return ReadGzread(Gzip); }},
-        {"zu gzip, no history", [] { return ReadZu(Gzip, false); }},
-        {"zu gzip, history", [] { return ReadZu(Gzip, true); }}};
+        {"ifstream plain", [] { return ReadIfstream(false); }},
+        {"zu plain, no history", [] { return ReadZu(Plain, false, false); }},
+        {"zu plain, history", [] { return ReadZu(Plain, true, false); }},
+        {"gzread", [] { return ReadGzread(false); }},
+        {"zu gzip, no history", [] { return ReadZu(Gzip, false, false); }},
+        {"zu gzip, history", [] { return ReadZu(Gzip, true, false); }}};
     std::printf("Peak resident memory of one read of %lld MB (fresh process each):\n", Size >> 20);
     for (const auto& r : readers) {
         g_peakKb[r.first] = PeakKb(r.second);
