@@ -12,6 +12,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <iosfwd>
 
 // malloc(size).
@@ -31,7 +32,8 @@ public:
     // counted event), "update" gives 1 (statistics kept silently), anything else 0.
     static unsigned int GetTraceMode();
 
-    // The mode in force; set by the manager's constructor from GetTraceMode().
+    // The mode in force; set by the manager's constructor from GetTraceMode(). Changing
+    // it after the first alloc or release is not supported (the fast paths cache it).
     static unsigned int Trace;
 };
 
@@ -42,16 +44,16 @@ class ZU_API ZuMemoryManager {
 public:
     // The one manager, created on first call; it stays usable until the process ends
     // (also from static destructors).
-    static ZuMemoryManager* GetInstance();
+    static inline ZuMemoryManager* GetInstance();
 
     // A block of at least size bytes, aligned on 8 bytes; null when a new chunk cannot
     // be had. 65 bytes or more come from ZuMalloc. A size of 0 is served as 8 bytes.
     // ZU_MEMORYMANAGER is read by the first alloc or release of the process.
-    void* alloc(size_t size);
+    inline void* alloc(size_t size);
 
     // Gives back a block from alloc; size must be the size given to alloc. Null p does
     // nothing.
-    void release(void* p, size_t size);
+    inline void release(void* p, size_t size);
 
     // Writes the three-line report of allocated (chunk) and used (cell) bytes.
     void status(std::ostream& os) const;
@@ -62,7 +64,15 @@ public:
 private:
     ZuMemoryManager();
 
+    // Builds the manager (a function-local static) and records it in _instance.
+    static ZuMemoryManager* CreateInstance();
+    static ZuMemoryManager* _instance;
+
+    // Everything but the common case of a cell with statistics off.
+    void* allocSlow(size_t size);
+    void releaseSlow(void* p, size_t size);
     void* carve(size_t rounded);
+    bool outstandingCells() const;
 
     // Returns the chunks at process exit when no cell is outstanding, and switches the
     // manager off so that any later request goes to ZuMalloc/ZuFree.
@@ -81,12 +91,52 @@ private:
     int32_t _requestedNow;    // second running sum of the same sizes (statistics)
     int32_t _requestedPeak;   // greatest _requestedNow (statistics)
 
-    // Every chunk's start, so that chunks stay reachable and can be returned at
-    // process exit when no cell is outstanding.
+    // Every chunk's start and size, so that chunks stay reachable and can be returned
+    // at process exit when no cell is outstanding.
     static const unsigned MaxChunks = 64;
     void* _chunks[MaxChunks];
+    uint32_t _chunkSizes[MaxChunks];
     unsigned _chunkCount;
-    uint64_t _liveCells;      // cells handed out and not yet released
+    bool _fastPath;           // switch settled and on, statistics off: inline paths serve
 };
+
+// The common cases are inline so that a cell costs no call: a cell taken from a free
+// list or from the current chunk, and a cell given back, with statistics off.
+
+inline ZuMemoryManager* ZuMemoryManager::GetInstance() {
+    return _instance ? _instance : CreateInstance();
+}
+
+inline void* ZuMemoryManager::alloc(size_t size) {
+    // size - 1 wraps for 0, which takes the slow path (served as 8 bytes there).
+    if (_fastPath && size - 1 < 64) {
+        const size_t k = (size - 1) >> 3;
+        void* cell = _freeLists[k];
+        if (cell) {
+            void* next;
+            std::memcpy(&next, cell, sizeof next); // a free cell links the next one
+            _freeLists[k] = next;
+            __builtin_prefetch(next); // the next pop of this class reads it
+            return cell;
+        }
+        const size_t rounded = (k + 1) * 8;
+        if (static_cast<size_t>(_end - _current) >= rounded) {
+            cell = _current;
+            _current += rounded;
+            return cell;
+        }
+    }
+    return allocSlow(size);
+}
+
+inline void ZuMemoryManager::release(void* p, size_t size) {
+    if (_fastPath && p && size - 1 < 64) {
+        void*& head = _freeLists[(size - 1) >> 3];
+        std::memcpy(p, &head, sizeof head);
+        head = p;
+        return;
+    }
+    releaseSlow(p, size);
+}
 
 #endif

@@ -4,7 +4,8 @@
 // ZuI18n: conversions between UTF-16 code units and UTF-8 bytes. UTF-8 input is not
 // validated, and code points beyond the Basic Multilingual Plane become U+FFFD on the
 // way to UTF-16. Results live in a block of ZuCharPool::_Pool that is unlocked again
-// before returning: copy them before the next use of that pool.
+// before returning: copy them before the next use of that pool. An earlier result may
+// be passed straight back in: its block is held (locked) for the duration of the call.
 
 #include <zu/export.h>
 

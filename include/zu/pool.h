@@ -48,7 +48,8 @@ public:
     // A buffer of at least size bytes; its Block is stored through block. First fit
     // among unlocked blocks in chain order; else the largest unlocked block (the later
     // one among equals) is grown; else a new block goes to the head of the chain.
-    // The block is locked once when lock is true. Null (block null too) on failure.
+    // The block is locked once when lock is true, even when null is returned because
+    // it could not grow; block is null only when no block could be made.
     void* take(void*& block, unsigned size, bool lock);
     // take without returning the block.
     void* alloc(unsigned size, bool lock);

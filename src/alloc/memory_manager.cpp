@@ -27,13 +27,11 @@ const size_t LargestCell = 64;
 bool s_initialised = false;
 bool s_useMemoryManager = false;
 
-ZuMemoryManager* s_instance = nullptr;
-
 bool switchedOn(const char* value) {
     return value && (strcasecmp(value, "true") == 0 || strcasecmp(value, "yes") == 0);
 }
 
-inline void settleSwitch() {
+void settleSwitch() {
     if (!s_initialised) {
         s_useMemoryManager = switchedOn(std::getenv("ZU_MEMORYMANAGER"));
         s_initialised = true;
@@ -77,25 +75,29 @@ unsigned int ZuMemoryManagerStats::GetTraceMode() {
     return mode;
 }
 
-ZuMemoryManager* ZuMemoryManager::GetInstance() {
+ZuMemoryManager* ZuMemoryManager::_instance = nullptr;
+
+ZuMemoryManager* ZuMemoryManager::CreateInstance() {
     // Trivially destructible: it stays usable from any static destructor.
     static ZuMemoryManager manager;
+    _instance = &manager;
     return &manager;
 }
 
 ZuMemoryManager::ZuMemoryManager()
     : _freeLists(), _current(nullptr), _end(nullptr), _chunkSize(FirstChunkSize),
       _allocated(FirstChunkSize), _used(0), _requested(0), _requestedNow(0),
-      _requestedPeak(0), _chunks(), _chunkCount(0), _liveCells(0) {
+      _requestedPeak(0), _chunks(), _chunkSizes(), _chunkCount(0), _fastPath(false) {
     ZuMemoryManagerStats::Trace = ZuMemoryManagerStats::GetTraceMode();
     char* chunk = static_cast<char*>(ZuMalloc(FirstChunkSize));
     // Without a first chunk _current stays null and the first carve fails its check.
     if (chunk) {
         _current = chunk;
         _end = chunk + FirstChunkSize;
-        _chunks[_chunkCount++] = chunk;
+        _chunks[0] = chunk;
+        _chunkSizes[0] = FirstChunkSize;
+        _chunkCount = 1;
     }
-    s_instance = this;
 }
 
 void ZuMemoryManager::status(std::ostream& os) const {
@@ -104,8 +106,9 @@ void ZuMemoryManager::status(std::ostream& os) const {
        << "CURRENTLY USED MEMORY " << _used << " BYTES.\n";
 }
 
-void* ZuMemoryManager::alloc(size_t size) {
+void* ZuMemoryManager::allocSlow(size_t size) {
     settleSwitch();
+    _fastPath = s_useMemoryManager && ZuMemoryManagerStats::Trace == 0;
     if (!s_useMemoryManager)
         return ZuMalloc(size);
     if (size == 0)
@@ -135,7 +138,6 @@ void* ZuMemoryManager::alloc(size_t size) {
         if (!cell)
             return nullptr;
     }
-    ++_liveCells;
     if (trace & StatsBit) {
         _used += rounded;
         if (trace & ReportBit)
@@ -176,7 +178,8 @@ void* ZuMemoryManager::carve(size_t rounded) {
     char* chunk = static_cast<char*>(ZuMalloc(_chunkSize));
     if (!chunk)
         return nullptr;
-    _chunks[_chunkCount++] = chunk;
+    _chunks[_chunkCount] = chunk;
+    _chunkSizes[_chunkCount++] = _chunkSize;
     if (ZuMemoryManagerStats::Trace & StatsBit)
         _allocated += _chunkSize;
     _end = chunk + _chunkSize;
@@ -184,24 +187,19 @@ void* ZuMemoryManager::carve(size_t rounded) {
     return chunk;
 }
 
-void ZuMemoryManager::release(void* p, size_t size) {
+void ZuMemoryManager::releaseSlow(void* p, size_t size) {
     if (!p)
         return;
     settleSwitch();
-    if (!s_useMemoryManager) {
+    _fastPath = s_useMemoryManager && ZuMemoryManagerStats::Trace == 0;
+    if (!s_useMemoryManager || size > LargestCell) {
         ZuFree(p);
         return;
     }
-    if (size > LargestCell) {
-        ZuFree(p);
-        return;
-    }
-
     const size_t rounded = roundedSize(size);
     void*& head = _freeLists[headOf(rounded)];
     setNext(p, head);
     head = p;
-    --_liveCells;
     const unsigned trace = ZuMemoryManagerStats::Trace;
     if (trace & StatsBit) {
         _used -= rounded;
@@ -210,13 +208,28 @@ void ZuMemoryManager::release(void* p, size_t size) {
     }
 }
 
+// Cells are not counted as they come and go (that would cost every request); instead
+// the bytes carved from the chunks are compared with the bytes on the free lists. The
+// walk is bounded, so a corrupted (cyclic) list counts as outstanding cells.
+bool ZuMemoryManager::outstandingCells() const {
+    uint64_t carved = 0;
+    for (unsigned i = 0; i < _chunkCount; ++i)
+        carved += _chunkSizes[i];
+    carved -= static_cast<uint64_t>(_end - _current);
+    uint64_t free = 0;
+    for (size_t k = 0; k < 8; ++k)
+        for (void* cell = _freeLists[k]; cell && free <= carved; cell = nextOf(cell))
+            free += 8 * (k + 1);
+    return free != carved;
+}
+
 // A static object of the library: its destructor runs after the static objects of
 // every program using the library and after the library's objects created on first use.
 ZuMemoryManager::ExitHook ZuMemoryManager::_exitHook;
 
 ZuMemoryManager::ExitHook::~ExitHook() {
-    ZuMemoryManager* manager = s_instance;
-    if (!manager || manager->_liveCells != 0)
+    ZuMemoryManager* manager = _instance;
+    if (!manager || manager->outstandingCells())
         return; // cells still in use keep their chunks (reachable through _chunks)
     for (unsigned i = 0; i < manager->_chunkCount; ++i)
         ZuFree(manager->_chunks[i]);
@@ -227,4 +240,5 @@ ZuMemoryManager::ExitHook::~ExitHook() {
     // No cell is outstanding, so later requests can safely bypass the chunks.
     s_initialised = true;
     s_useMemoryManager = false;
+    manager->_fastPath = false;
 }

@@ -48,9 +48,30 @@ unsigned sequenceLength(uint32_t ch) {
     return 6;
 }
 
-// Unlocks the block and reports an empty result (used when the pool cannot grow).
-template <typename T> T* giveUp(void* block, unsigned& length) {
+// Input may itself be an earlier result, still in an unlocked block of the byte pool.
+// That block is locked for the conversion, so that it is neither handed out for the
+// output (overwriting the input) nor moved by a grow (freeing it) while being read.
+ZuMemoryPool::Block* pinInput(const void* text, size_t bytes) {
+    const uintptr_t begin = reinterpret_cast<uintptr_t>(text), end = begin + bytes;
+    for (ZuMemoryPool::Block* b = ZuCharPool::_Pool._blocks; b; b = b->_next) {
+        const uintptr_t data = reinterpret_cast<uintptr_t>(b->_data);
+        if (b->_data && begin < data + b->_size && data < end) {
+            ++b->_locks;
+            return b;
+        }
+    }
+    return nullptr;
+}
+
+// Unlocks the output block and the pinned input block.
+void finish(void* block, ZuMemoryPool::Block* pinned) {
     ZuCharPool::_Pool.release(block);
+    ZuCharPool::_Pool.release(pinned);
+}
+
+// Reports an empty result (used when the pool cannot grow).
+template <typename T> T* giveUp(void* block, ZuMemoryPool::Block* pinned, unsigned& length) {
+    finish(block, pinned);
     length = 0;
     return nullptr;
 }
@@ -62,11 +83,11 @@ unsigned char* ZuI18n::Utf16ToUtf8(unsigned& length, unsigned count, const unsig
     if (!text || count == 0)
         return nullptr;
     ZuMemoryPool& pool = ZuCharPool::_Pool;
+    ZuMemoryPool::Block* pinned = pinInput(text, size_t(count) * 2);
     void* block = nullptr;
-    // An initial guess; the block grows one character at a time.
+    // An initial guess; the block grows one character at a time. A failed (empty)
+    // block is not given up on here: the first grow allocates it again.
     unsigned char* out = static_cast<unsigned char*>(pool.take(block, count / 2, true));
-    if (!out)
-        return giveUp<unsigned char>(block, length);
 
     for (unsigned i = 0; i < count; ++i) {
         uint32_t ch = text[i];
@@ -78,11 +99,11 @@ unsigned char* ZuI18n::Utf16ToUtf8(unsigned& length, unsigned count, const unsig
         }
         const unsigned n = sequenceLength(ch);
         if (uint64_t(length) + n > LargestResult)
-            return giveUp<unsigned char>(block, length);
+            return giveUp<unsigned char>(block, pinned, length);
         length += n;
         out = static_cast<unsigned char*>(pool.grow(block, length, false));
         if (!out)
-            return giveUp<unsigned char>(block, length);
+            return giveUp<unsigned char>(block, pinned, length);
         // Written backwards from the end of the sequence.
         unsigned char* p = out + length;
         for (unsigned k = 1; k < n; ++k) {
@@ -91,7 +112,7 @@ unsigned char* ZuI18n::Utf16ToUtf8(unsigned& length, unsigned count, const unsig
         }
         *--p = static_cast<unsigned char>(firstByteMark[n] | ch);
     }
-    pool.release(block);
+    finish(block, pinned);
     return out;
 }
 
@@ -102,17 +123,16 @@ unsigned short* ZuI18n::Utf8ToUtf16(unsigned& length, unsigned count, const unsi
     if (uint64_t(count) * 2 > LargestResult)
         return nullptr;
     ZuMemoryPool& pool = ZuCharPool::_Pool;
+    ZuMemoryPool::Block* pinned = pinInput(text, count);
     void* block = nullptr;
     unsigned char* out = static_cast<unsigned char*>(pool.take(block, count * 2, true));
-    if (!out)
-        return giveUp<unsigned short>(block, length);
 
     unsigned pos = 0;
     while (pos < count) {
         const unsigned extra = bytesFromUTF8[text[pos]];
         out = static_cast<unsigned char*>(pool.grow(block, length + 2, false));
         if (!out)
-            return giveUp<unsigned short>(block, length);
+            return giveUp<unsigned short>(block, pinned, length);
         // Continuation bytes are taken as they come, unchecked. Bytes of a sequence
         // cut short by count read as 0: nothing past the caller's buffer is read.
         uint32_t c = 0;
@@ -127,6 +147,6 @@ unsigned short* ZuI18n::Utf8ToUtf16(unsigned& length, unsigned count, const unsi
         std::memcpy(out + length, &unit, sizeof unit);
         length += 2;
     }
-    pool.release(block);
+    finish(block, pinned);
     return reinterpret_cast<unsigned short*>(out);
 }
