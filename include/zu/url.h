@@ -51,6 +51,7 @@ protected:
 // (ended by CR LF CR LF or CR LF LF) is kept for getHeader and the body delivered as it
 // comes; a reply not starting with "HTTP" is all body. The status line is not
 // interpreted: an error page or a redirection is delivered as the body.
+// Deliberately, a line feed right after a CR LF LF ending is dropped, not delivered.
 class ZU_API HttpProtocol : public Protocol {
 public:
     // Resolves host (a numeric IPv4 address is used as it is, without a reverse lookup),
@@ -63,9 +64,10 @@ public:
     bool isBad() const override;
     // Body bytes, the header being consumed first. Each wait lasts at most 10 seconds
     // and is tried twice; two time-outs in a row give -1.
-    // A header longer than 65536 bytes closes the connection and gives -1.
+    // A header still unfinished after 65536 bytes closes the connection and gives -1.
     int read(char* buffer, int size) override;
-    // The response header, terminating blank line included, or null when there was none.
+    // The response header, terminating blank line included (complete however the server
+    // splits it), or null when there was none.
     const char* getHeader() const override;
 
 protected:
@@ -89,9 +91,8 @@ private:
     int _pendingEnd;
 };
 
-// An FTP retrieval in active mode on port 21 style servers: USER (when a user is
-// given), PASS (only when a password is given too), TYPE I, PORT, RETR of the path
-// without its leading "/". Reply codes are never examined: a refused login or a
+// An FTP retrieval in active mode: USER (when a user is given), PASS (only when a
+// password is given too), TYPE I, PORT, RETR of the path without its leading "/". Reply codes are never examined: a refused login or a
 // missing file shows as a failed transfer or an empty one.
 class ZU_API FtpProtocol : public Protocol {
 public:

@@ -3,12 +3,13 @@
 
 #include "url/socket_util.h"
 
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 
 namespace {
 
-// A header longer than this is taken for a hostile server: the connection is closed.
+// A header still unfinished past this many bytes is taken for a hostile server.
 const int HeaderLimit = 65536;
 
 } // namespace
@@ -84,15 +85,11 @@ int HttpProtocol::deliverPending(char* buffer, int size) {
 // the header is too long.
 int HttpProtocol::scanHeader(char* buffer, int size, int count) {
     // The header text collects every byte read before the end of the header, so that it
-    // is complete however the server splits it.
-    if (_headerLength + count > HeaderLimit) {
-        zu_url::CloseFd(_socket);
-        std::free(_header);
-        _header = nullptr;
-        _headerLength = 0;
-        return -1;
-    }
-    char* grown = static_cast<char*>(std::realloc(_header, static_cast<size_t>(_headerLength + count + 1)));
+    // is complete however the server splits it; it is cut where the header ends.
+    const size_t grownSize = static_cast<size_t>(_headerLength) + static_cast<size_t>(count) + 1;
+    char* grown = count < INT_MAX - _headerLength
+                      ? static_cast<char*>(std::realloc(_header, grownSize))
+                      : nullptr;
     if (!grown) {
         zu_url::CloseFd(_socket);
         return -1;
@@ -137,6 +134,14 @@ int HttpProtocol::scanHeader(char* buffer, int size, int count) {
         const int body = count - bodyStart;
         std::memmove(buffer, buffer + bodyStart, static_cast<size_t>(body));
         return body;
+    }
+    if (_headerLength > HeaderLimit) {
+        // Taken for a hostile server: no body is read from it.
+        zu_url::CloseFd(_socket);
+        std::free(_header);
+        _header = nullptr;
+        _headerLength = 0;
+        return -1;
     }
     return 0;
 }
