@@ -46,7 +46,8 @@ void MakeInputs() {
         FILE* out = std::fopen(Plain.c_str(), "wb");
         std::string line;
         unsigned seed = 12345;
-        for (long long written = 0; written < Size; written += static_cast<long long>(line.size())) {
+        for (long long written = 0; written < Size;
+             written += static_cast<long long>(line.size())) {
             line.clear();
             for (int w = 0; w < 8; ++w) {
                 seed = seed * 1103515245u + 12345u;

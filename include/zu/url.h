@@ -92,8 +92,9 @@ private:
 };
 
 // An FTP retrieval in active mode: USER (when a user is given), PASS (only when a
-// password is given too), TYPE I, PORT, RETR of the path without its leading "/". Reply codes are never examined: a refused login or a
-// missing file shows as a failed transfer or an empty one.
+// password is given too), TYPE I, PORT, RETR of the path without its leading "/".
+// Reply codes are never examined: a refused login or a missing file shows as a failed
+// transfer or an empty one.
 class ZU_API FtpProtocol : public Protocol {
 public:
     // Runs the dialogue and accepts the data connection; a failure leaves it bad.

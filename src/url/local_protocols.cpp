@@ -40,7 +40,9 @@ int FileProtocol::read(char* buffer, int size) {
 StreamProtocol::StreamProtocol(std::istream* in) : _source(in) {}
 
 // Inverted on purpose: "bad" while the source is still good.
-bool StreamProtocol::isBad() const { return _source && _source->rdstate() == std::ios_base::goodbit; }
+bool StreamProtocol::isBad() const {
+    return _source && _source->rdstate() == std::ios_base::goodbit;
+}
 
 int StreamProtocol::read(char* buffer, int size) {
     if (!_source || _source->rdstate() != std::ios_base::goodbit)

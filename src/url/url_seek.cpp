@@ -25,8 +25,9 @@ ZuUrlBuf::pos_type ZuUrlBuf::seekoff(off_type off, std::ios_base::seekdir dir,
     if (_hints & ZuIUrlStream::NoHistory)
         return failed;
     // Where reading stands: in the history, or at its end once the get area was cleared.
-    const long long current =
-        (_history && eback() == _history) ? gptr() - eback() : static_cast<long long>(_historyCount);
+    const long long current = (_history && eback() == _history)
+                                  ? gptr() - eback()
+                                  : static_cast<long long>(_historyCount);
     long long position;
     if (dir == std::ios_base::beg) {
         if (off < 0)

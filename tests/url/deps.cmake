@@ -6,5 +6,5 @@ file(WRITE ${zu_url_lock_file}
   "if(${exe}_TESTS)\n"
   "  set_tests_properties(\${${exe}_TESTS} PROPERTIES RESOURCE_LOCK zu_url_ports_80_21)\n"
   "endif()\n")
-cmake_language(EVAL CODE
-  "cmake_language(DEFER CALL set_property DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES [[${zu_url_lock_file}]])")
+cmake_language(EVAL CODE "cmake_language(DEFER CALL set_property DIRECTORY APPEND PROPERTY
+  TEST_INCLUDE_FILES [[${zu_url_lock_file}]])")

@@ -65,7 +65,8 @@ inline int Endpoint(int port, bool listening) {
     sockaddr_in a{AF_INET, htons(static_cast<uint16_t>(port)), {htonl(INADDR_LOOPBACK)}, {}};
     setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &one, sizeof one);
     const sockaddr* to = reinterpret_cast<sockaddr*>(&a);
-    if (listening ? bind(fd, to, sizeof a) < 0 || listen(fd, 4) < 0 : connect(fd, to, sizeof a) < 0) {
+    if (listening ? bind(fd, to, sizeof a) < 0 || listen(fd, 4) < 0
+                  : connect(fd, to, sizeof a) < 0) {
         close(fd);
         return -1;
     }
