@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <string>
 
@@ -87,6 +88,15 @@ int main() {
     char number[32];
     ZuDoubleToString(number, 0.5, nullptr);
     std::cout << "0.5 whatever the numeric locale: " << number << "\n";
+    section("URL streams");
+    // A gzip file made on the spot, read back decompressed through a file: URL.
+    if (std::system("printf 'Zu inflates this line on the fly\\nsecond line\\n' | gzip -c "
+                    "> /tmp/zu_tour.txt.gz") != 0)
+        std::cout << "(gzip is needed for this section)\n";
+    ZuIUrlStream gz("file:/tmp/zu_tour.txt.gz", false);
+    std::string line;
+    std::getline(gz, line);
+    std::cout << "first line of file:/tmp/zu_tour.txt.gz: " << line << "\n";
     section("Calendar and time");
     {
         ZuDateErrorCode code = kDateNoError;

@@ -14,5 +14,6 @@
 #include <zu/timezone.h>
 #include <zu/calendar.h>
 #include <zu/timeunit.h>
+#include <zu/url.h>
 
 #endif
