@@ -293,29 +293,24 @@ void ZuCalendar::completeInternal(ZuDateErrorCode& code) {
 
 // --- Limits by search -------------------------------------------------------------------
 
-int32_t ZuCalendar::getActualMaximum(ZuDateFields field, ZuDateErrorCode& code) {
-    if (code > 0)
-        return 0;
-    if (!validField(field)) {
-        code = kDateIllegalArgument;
-        return 0;
-    }
-    int32_t low = getLeastMaximum(field);
-    int32_t high = getMaximum(field);
-    if (low == high)
-        return low;
-    ZuCalendar* work = clone();
+namespace {
+
+// Sets field on a lenient copy of the calendar to each value from `first` towards `last`
+// (inclusive, by step): the first value that does not read back ends the search with the
+// last one that did (`first` when `first` itself fails).
+int32_t lastValueReadBack(const ZuCalendar& calendar, ZuCalendar::ZuDateFields field, int32_t first,
+                          int32_t last, int32_t step, bool setWeekDay, int32_t weekDay,
+                          ZuDateErrorCode& code) {
+    ZuCalendar* work = calendar.clone();
     if (!work) {
         code = kDateMemoryAllocation;
         return 0;
     }
     work->setLenient(true);
-    if (field == kWeekOfYear || field == kWeekOfMonth)
-        work->set(kDayOfWeek, _firstDayOfWeek);
-    // Every value up to high is tried, high included: the first that does not read back
-    // ends the search with the last one that did (low when low itself fails).
-    int32_t result = low;
-    for (int32_t v = low; v <= high; ++v) {
+    if (setWeekDay)
+        work->set(ZuCalendar::kDayOfWeek, weekDay);
+    int32_t result = first;
+    for (int32_t v = first; step > 0 ? v <= last : v >= last; v += step) {
         work->set(field, v);
         if (work->get(field, code) != v || code > 0)
             break;
@@ -325,6 +320,24 @@ int32_t ZuCalendar::getActualMaximum(ZuDateFields field, ZuDateErrorCode& code) 
     return code > 0 ? 0 : result;
 }
 
+} // namespace
+
+int32_t ZuCalendar::getActualMaximum(ZuDateFields field, ZuDateErrorCode& code) {
+    if (code > 0)
+        return 0;
+    if (!validField(field)) {
+        code = kDateIllegalArgument;
+        return 0;
+    }
+    const int32_t low = getLeastMaximum(field);
+    const int32_t high = getMaximum(field);
+    if (low == high)
+        return low;
+    return lastValueReadBack(*this, field, low, high, 1,
+                             field == kWeekOfYear || field == kWeekOfMonth, _firstDayOfWeek,
+                             code);
+}
+
 int32_t ZuCalendar::getActualMinimum(ZuDateFields field, ZuDateErrorCode& code) {
     if (code > 0)
         return 0;
@@ -332,25 +345,11 @@ int32_t ZuCalendar::getActualMinimum(ZuDateFields field, ZuDateErrorCode& code) 
         code = kDateIllegalArgument;
         return 0;
     }
-    int32_t high = getGreatestMinimum(field);
-    int32_t low = getMinimum(field);
+    const int32_t high = getGreatestMinimum(field);
+    const int32_t low = getMinimum(field);
     if (low == high)
         return low;
-    ZuCalendar* work = clone();
-    if (!work) {
-        code = kDateMemoryAllocation;
-        return 0;
-    }
-    work->setLenient(true);
-    int32_t result = high;
-    for (int32_t v = high; v >= low; --v) {
-        work->set(field, v);
-        if (work->get(field, code) != v || code > 0)
-            break;
-        result = v;
-    }
-    delete work;
-    return code > 0 ? 0 : result;
+    return lastValueReadBack(*this, field, high, low, -1, false, 0, code);
 }
 
 int32_t ZuCalendar::fieldDifference(double when, ZuDateFields field, ZuDateErrorCode& code) {
