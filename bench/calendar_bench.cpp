@@ -7,12 +7,13 @@
 
 #include <benchmark/benchmark.h>
 
+#include "ratio_reporter.h"
+
 #include <unicode/gregocal.h>
 #include <unicode/timezone.h>
 
 #include <array>
 #include <cmath>
-#include <map>
 #include <memory>
 #include <random>
 #include <string>
@@ -140,30 +141,6 @@ void zuAdd(benchmark::State& state, C::ZuDateFields field) {
     benchmark::DoNotOptimize(cal->getTimeInMillis(code));
 }
 
-// Console output plus, on each Zu row, ICU's CPU time divided by Zu's.
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    RatioReporter() : ConsoleReporter(OO_Tabular) {}
-
-    void ReportRuns(const std::vector<Run>& runs) override {
-        std::vector<Run> out = runs;
-        for (Run& run : out) {
-            std::string name = run.benchmark_name();
-            size_t at = name.find("/Zu");
-            if (at == std::string::npos) {
-                _times[name] = run.GetAdjustedCPUTime();
-                continue;
-            }
-            auto found = _times.find(std::string(name).replace(at, 3, "/ICU"));
-            if (found != _times.end() && run.GetAdjustedCPUTime() > 0)
-                run.counters["speedup"] = found->second / run.GetAdjustedCPUTime();
-        }
-        ConsoleReporter::ReportRuns(out);
-    }
-
-private:
-    std::map<std::string, double> _times;
-};
 
 } // namespace
 
@@ -177,11 +154,5 @@ BENCHMARK_CAPTURE(icuAdd, date, UCAL_DATE)->Name("AddDate/ICU");
 BENCHMARK_CAPTURE(zuAdd, date, C::kDate)->Name("AddDate/Zu");
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return 0;
+    return ZuRatioReporter("/Zu", "/ICU").runMain(argc, argv);
 }
