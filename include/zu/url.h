@@ -82,6 +82,8 @@ protected:
 private:
     int receive(char* buffer, int size);
     int deliverPending(char* buffer, int size);
+    // The server sent no header: what was gathered as header is body after all.
+    int deliverHeaderAsBody(char* buffer, int size);
     int scanHeader(char* buffer, int size, int count);
 
     int _headerLength;   // bytes held in _header

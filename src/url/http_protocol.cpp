@@ -106,13 +106,7 @@ int HttpProtocol::scanHeader(char* buffer, int size, int count) {
         ++_seen;
         if (_seen == 4 && std::memcmp(_trail, "HTTP", 4) != 0) {
             // No header: every byte read so far is body, from the first one on.
-            _pending = _header;
-            _pendingStart = 0;
-            _pendingEnd = _headerLength;
-            _header = nullptr;
-            _headerLength = 0;
-            _headerDone = 1;
-            return deliverPending(buffer, size);
+            return deliverHeaderAsBody(buffer, size);
         }
         if (_seen < 4 || _trail[0] != '\r' || _trail[1] != '\n')
             continue;
@@ -146,6 +140,16 @@ int HttpProtocol::scanHeader(char* buffer, int size, int count) {
     return 0;
 }
 
+int HttpProtocol::deliverHeaderAsBody(char* buffer, int size) {
+    _pending = _header;
+    _pendingStart = 0;
+    _pendingEnd = _headerLength;
+    _header = nullptr;
+    _headerLength = 0;
+    _headerDone = 1;
+    return deliverPending(buffer, size);
+}
+
 int HttpProtocol::read(char* buffer, int size) {
     if (!buffer || size < 1)
         return 0;
@@ -156,13 +160,7 @@ int HttpProtocol::read(char* buffer, int size) {
         if (count < 1) {
             if (!_headerDone && _seen > 0 && _seen < 4) {
                 // A reply shorter than four bytes cannot start with "HTTP": it is body.
-                _pending = _header;
-                _pendingStart = 0;
-                _pendingEnd = _headerLength;
-                _header = nullptr;
-                _headerLength = 0;
-                _headerDone = 1;
-                return deliverPending(buffer, size);
+                return deliverHeaderAsBody(buffer, size);
             }
             return count;
         }
