@@ -108,7 +108,7 @@ void ZuMemoryManager::status(std::ostream& os) const {
 
 void* ZuMemoryManager::allocSlow(size_t size) {
     settleSwitch();
-    _fastPath = s_useMemoryManager && ZuMemoryManagerStats::Trace == 0;
+    _fastPath = s_useMemoryManager;
     if (!s_useMemoryManager)
         return ZuMalloc(size);
     if (size == 0)
@@ -191,7 +191,7 @@ void ZuMemoryManager::releaseSlow(void* p, size_t size) {
     if (!p)
         return;
     settleSwitch();
-    _fastPath = s_useMemoryManager && ZuMemoryManagerStats::Trace == 0;
+    _fastPath = s_useMemoryManager;
     if (!s_useMemoryManager || size > LargestCell) {
         ZuFree(p);
         return;

@@ -71,6 +71,15 @@ TEST(MemoryManager, SwitchesAreReadOnceAndIgnoreCase) {
                    ZuMemoryManagerStats::Trace == c.mode;
         });
     }
+    // The mode in force is Trace itself, even once cells have been served without it.
+    EXPECT_IN_CHILD("yes", nullptr, [] {
+        ZuMemoryManager* m = ZuMemoryManager::GetInstance();
+        m->release(m->alloc(8), 8);
+        ZuMemoryManagerStats::Trace = 1;
+        bool counted = cellServed();
+        ZuMemoryManagerStats::Trace = 0;
+        return counted && cellServed() == false;
+    });
 }
 
 TEST(MemoryManager, FullTraceReportsEveryCountedEvent) {
