@@ -29,8 +29,12 @@ template <class It, class Cell> void stepIteratorsOff(It* head, Cell* c) {
         if (it->_cell == c) it->_cell = c->_next;
 }
 
+// An iterator already in the chain stays where it is: linking it again would close
+// the chain into a cycle.
 template <class It> void linkIterator(It*& head, It* it) {
     if (!it) return;
+    for (It* in = head; in; in = in->_nextIterator)
+        if (in == it) return;
     it->_nextIterator = head;
     head = it;
 }
