@@ -86,6 +86,10 @@ int ZuUrlBuf::endInput() {
 }
 
 bool ZuUrlBuf::takeReadBlock(int size) {
+    // A get area in the old block (no history) would outlive it: a fill that ends the
+    // input right after must not leave it readable.
+    if (_readBlock && eback() == _readBlock)
+        setg(nullptr, nullptr, nullptr);
     // The old block goes back first, so the pool can grow it instead of adding another.
     ReleaseBlock(_readBlock, _readHandle);
     // Bytes are read to a page boundary inside the block: the kernel copies file pages

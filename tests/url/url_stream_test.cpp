@@ -34,6 +34,16 @@ TEST(UrlSource, ReadsOtherStreamsOwnedOrNot) {
     owned.setHints(ZuIUrlStream::NoHistory);
     EXPECT_EQ(Slurp(owned), text);
     EXPECT_EQ(owned.rdbuf()->pubseekpos(0), std::streampos(-1)); // no history to seek in
+    // Without history, a fill asked for directly that ends the input leaves nothing of
+    // the released read block readable.
+    std::istringstream small(std::string(5000, 'x'));
+    ZuIUrlStream direct(small);
+    direct.setHints(ZuIUrlStream::NoHistory);
+    direct.get();
+    auto* buffer = static_cast<ZuUrlBuf*>(direct.rdbuf());
+    EXPECT_EQ(buffer->fillbuf(), 904);
+    EXPECT_EQ(buffer->fillbuf(), -1);
+    EXPECT_EQ(direct.get(), EOF);
     // The protocol's "bad" is inverted on purpose: true while the source is good.
     done.get();
     EXPECT_TRUE(StreamProtocol(&good).isBad() && !StreamProtocol(&done).isBad());
