@@ -23,7 +23,7 @@ ZU_API int Wait(int fd, fd_set& read, fd_set& except, timeval& timeout);
 
 // Drains a server reply on fd: waits up to 10 seconds and reads up to 512 bytes, again
 // as long as each read returns exactly 512 bytes. The text and its reply code are
-// discarded.
+// discarded. At most 64 KiB are drained, so an endless reply cannot hold the caller.
 ZU_API void ReadAnswer(int fd);
 
 // A byte source behind a ZuUrlBuf: opened by its constructor, read until read()

@@ -39,10 +39,17 @@ TEST(FtpServer, LogsInAnonymouslyOrWithAPasswordHoldingAnAt) {
 
 TEST(FtpDialogue, SendsOnlyTheLoginItWasGiven) {
     std::vector<std::vector<std::string>> sessions;
-    bool typeBeforeUserReply = false;
+    bool typeBeforeUserReply = false, spokeDuringFlood = false;
     ScriptServer server;
-    if (!server.start(21, [&](int c, int) {
+    if (!server.start(21, [&](int c, int i) {
         sessions.emplace_back();
+        if (i == 3) { // a greeting that goes on until the client speaks (or 64 MB went)
+            const std::string flood = Repeat("220-flood\r\n", 1 << 20);
+            pollfd p = {c, POLLIN, 0};
+            for (int n = 0; n < 64 && poll(&p, 1, 0) == 0; ++n)
+                SendText(c, flood);
+            spokeDuringFlood = poll(&p, 1, 0) == 1;
+        }
         SendText(c, "220 scripted\r\n");
         for (std::string line, port; !(line = ReadUntil(c, "\r\n")).empty();) {
             line.resize(line.size() - 2);
@@ -64,14 +71,16 @@ TEST(FtpDialogue, SendsOnlyTheLoginItWasGiven) {
     const struct { const char* url; std::vector<std::string> commands; } cases[] = {
         {"ftp://127.0.0.1/dir/f.txt", {"TYPE I", "PORT", "RETR dir/f.txt"}},
         {"ftp://bob:pw@127.0.0.1/f.txt", {"USER bob", "PASS pw", "TYPE I", "PORT", "RETR f.txt"}},
-        {"ftp://bob@127.0.0.1/g.txt", {"USER bob", "TYPE I", "PORT", "RETR g.txt"}}};
+        {"ftp://bob@127.0.0.1/g.txt", {"USER bob", "TYPE I", "PORT", "RETR g.txt"}},
+        {"ftp://127.0.0.1/h.txt", {"TYPE I", "PORT", "RETR h.txt"}}};
     for (const auto& c : cases) {
         ZuIUrlStream in(c.url, false);
         EXPECT_EQ(Slurp(in), "data of " + c.commands.back().substr(5)) << c.url;
     }
     server.stop();
-    ASSERT_EQ(sessions.size(), 3u);
-    for (size_t i = 0; i < 3; ++i)
+    ASSERT_EQ(sessions.size(), 4u);
+    for (size_t i = 0; i < 4; ++i)
         EXPECT_EQ(sessions[i], cases[i].commands) << cases[i].url;
     EXPECT_TRUE(typeBeforeUserReply); // USER without a password is not waited on
+    EXPECT_TRUE(spokeDuringFlood);    // an endless reply is not drained for ever
 }
