@@ -13,5 +13,9 @@
 #include <zu/locale.h>
 #include <zu/pathname.h>
 #include <zu/pathlist.h>
+#include <zu/timezone.h>
+#include <zu/calendar.h>
+#include <zu/timeunit.h>
+#include <zu/url.h>
 
 #endif
