@@ -138,6 +138,7 @@ public:
     // and file name, with "*", "?" and one "(a|b)" group. Deliberate: "*" takes at least
     // one character, a "?" at the end of a name also matches nothing, and a "*" after a
     // literal prefix of k characters retries only from k+1 characters into the rest.
+    // A group is tried through the extension, so "(a|b)" alone matches only itself.
     bool match(const ZuPathName& pattern) const;
     // An empty or relative directory gets "/" in front (empty becomes "/").
     void forceAbsolute();
@@ -156,6 +157,8 @@ public:
     // Keep (Same) or drop (Differ) what both paths share at the front (Leading) or at the
     // back (Trailing). Deliberate: the first component of two relative directories counts
     // as shared whenever both have the same length.
+    // Trailing compares whole components back from the final "/" of each directory, so
+    // "/x/a/b/" and "z/a/b/" share "a/b/"; "a/b/" and "z/a/b/" share all of "a/b/".
     void computeSameLeading(const ZuPathName& other);
     void computeDifferLeading(const ZuPathName& other);
     void computeSameTrailing(const ZuPathName& other);
@@ -224,7 +227,7 @@ public:
     bool create(short mode, bool recursive);
     // Removes the file, or the directory (an empty one, or with recursive true the whole
     // tree). A symbolic link is removed as a link and never followed, whether it names
-    // the path itself or an entry met during the scan.
+    // the path itself or an entry met during the scan (a dangling one there too).
     bool remove(bool recursive);
 
     // ---- Plain fields ----

@@ -29,34 +29,24 @@ TEST(PathList, SplitsKeepingEmptyPiecesAndJoins) {
 
 TEST(PathList, SubListFormsAndIteratorOrder) {
     ZuPathList list("m1:m2");
-    list.setPrevList(ZuPathName("p1"));
-    list.insertInPrevList("p0a:p0b");
-    list.addInPrevList(ZuPathName("p2/"));
-    list.addInPostList("q1:q2");
-    list.insertInPostList(ZuPathName("q0"));
-    list.insertInList(ZuPathName("m0"));
-    list.addInList("m3");
+    list.setPrevList(ZuPathName("p1")), list.insertInPrevList("p0a:p0b"), list.addInPrevList(ZuPathName("p2/"));
+    list.addInPostList("q1:q2"), list.insertInPostList(ZuPathName("q0"));
+    list.insertInList(ZuPathName("m0")), list.addInList("m3");
     EXPECT_STREQ(list.getPrevListString().getValue(), "p0a/:p0b/:p1/:p2/");
     EXPECT_STREQ(list.getListString().getValue(), "m0/:m1/:m2/:m3/");
     EXPECT_STREQ(list.getPostListString().getValue(), "q0/:q1/:q2/");
     EXPECT_EQ(walk(list), "p0a/;p0b/;p1/;p2/;m0/;m1/;m2/;m3/;q0/;q1/;q2/;");
     ZuPathList other;
-    other.setList(list);      // the other's main list
-    other.addInList(list);
-    other.insertInPostList(list);
-    other.addInPrevList(list);
+    other.setList(list), other.addInList(list); // the other's main list, twice
+    other.insertInPostList(list), other.addInPrevList(list);
     EXPECT_STREQ(other.getString().getValue(),
                  "p0a/:p0b/:p1/:p2/:m0/:m1/:m2/:m3/:m0/:m1/:m2/:m3/:q0/:q1/:q2/");
-    other.setList("z");
-    other.setPostList(ZuPathName("w"));
-    other.setPrevList(ZuPathList());
+    other.setList("z"), other.setPostList(ZuPathName("w")), other.setPrevList(ZuPathList());
     EXPECT_EQ(walk(other), "z/;w/;");
     EXPECT_EQ(walk(ZuPathList()), "");
     // removal compares with the argument as parsed: "m1" is not the directory "m1/"
-    list.removeFromList("m1");
-    list.removeFromList(ZuPathName("m2/"));
-    list.removeFromPrevList("p1/");
-    list.removeFromPostList(ZuString("q2/"));
+    list.removeFromList("m1"), list.removeFromList(ZuPathName("m2/"));
+    list.removeFromPrevList("p1/"), list.removeFromPostList(ZuString("q2/"));
     EXPECT_EQ(walk(list), "p0a/;p0b/;p2/;m0/;m1/;m3/;q0/;q1/;");
 }
 
