@@ -54,8 +54,12 @@ public:
 
     bool run() {
         Text k1, k2;
-        if (!names(of(_path.getDevice(), k1), of(_pattern.getDevice(), k2))) return false;
-        if (!names(directory(_path, k1), directory(_pattern, k2))) return false;
+        // Two empty devices, or two empty directories ("./" each), match at once.
+        const bool noDevices = bytesOf(_path.getDevice()).empty() && bytesOf(_pattern.getDevice()).empty();
+        if (!noDevices && !names(of(_path.getDevice(), k1), of(_pattern.getDevice(), k2))) return false;
+        const bool noDirectories = bytesOf(_path.getInternalDirectory()).empty() &&
+                                   bytesOf(_pattern.getInternalDirectory()).empty();
+        if (!noDirectories && !names(directory(_path, k1), directory(_pattern, k2))) return false;
         Text k3, k4;
         const View patternBase = of(_pattern.getBaseNameOnly(), k3);
         const View patternExtension = of(_pattern.getExtension(), k4);
