@@ -39,6 +39,10 @@ TEST(PathMatch, WildcardsAndGroups) {
     EXPECT_TRUE(dos.match(drive));
     EXPECT_FALSE(dos.match(other));
     EXPECT_FALSE(dos.match(ZuPathName("/x/*.txt"))); // a device needs a device pattern
+    std::string stars; // many stars: no deep recursion, and an answer
+    for (int i = 0; i < 5000; ++i) stars += "*a";
+    EXPECT_FALSE(matches(std::string(255, 'a').c_str(), (stars + "b").c_str()));
+    EXPECT_TRUE(matches(std::string(255, 'a').c_str(), (std::string(9000, '*') + "?").c_str()));
 }
 
 // Names over "ab.", patterns of letters and "." with one "*" at the start and a "?"
