@@ -3,6 +3,7 @@
 
 // Everything Zu declares.
 #include <zu/export.h>
+#include <zu/numeric.h>
 #include <zu/string.h>
 
 #endif
