@@ -19,7 +19,7 @@ public:
     static constexpr int DecimalAreaSize = 96;
 
     // Zero: empty digits, point position 0, no sign.
-    ZuNumeric();
+    ZuNumeric() : _sign(0), _pointPosition(0), _digits{} {}
     ZuNumeric(const ZuNumeric& other) = default;
     // Same as set(long).
     ZuNumeric(long value);
@@ -55,7 +55,7 @@ public:
     void setScale(short s);
 
     // True when the digits are empty or start with "0" (so 0.05, held as "05", is zero).
-    bool isZero() const;
+    bool isZero() const { return _digits[0] == '\0' || _digits[0] == '0'; }
     // Two zeros are equal; otherwise sign, point position and digits (trailing zeros aside)
     // must match. Deliberate: equal values held with different point positions differ.
     bool isEqualTo(const ZuNumeric& other) const;

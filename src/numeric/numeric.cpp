@@ -34,8 +34,6 @@ T convertInCLocale(const ZuNumeric& value, Convert convert) {
 
 } // namespace
 
-ZuNumeric::ZuNumeric() { clear(); }
-
 ZuNumeric::ZuNumeric(long value) { set(value); }
 
 ZuNumeric::ZuNumeric(const char* text) {
@@ -99,8 +97,6 @@ void ZuNumeric::setScale(short s) {
     std::memset(_digits, '0', static_cast<std::size_t>(shift));
     _pointPosition = 0;
 }
-
-bool ZuNumeric::isZero() const { return _digits[0] == '\0' || _digits[0] == '0'; }
 
 bool ZuNumeric::isEqualTo(const ZuNumeric& other) const {
     if (isZero() && other.isZero()) return true;

@@ -5,9 +5,33 @@
 #include <cstdint>
 #include <cstring>
 
+#include <emmintrin.h>
+
 namespace {
 
-int digitCount(const char* digits) { return static_cast<int>(std::strlen(digits)); }
+constexpr std::uint64_t kZeros = 0x3030303030303030u; // "00000000"
+constexpr std::uint64_t kLow = 0x0101010101010101u;
+constexpr int kArray = ZuNumeric::MaxTextDigits; // digit characters an array can hold
+
+// Length of a value's digit string: the first NUL among the array's 48 characters.
+int digitCount(const char* digits) {
+    const __m128i zero = _mm_setzero_si128();
+    std::uint64_t mask = std::uint64_t{1} << kArray;
+    for (int i = 0; i < kArray; i += 16) {
+        const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(digits + i));
+        mask |= static_cast<std::uint64_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(chunk, zero))) << i;
+    }
+    return __builtin_ctzll(mask);
+}
+
+// Sets digits to the count characters at source and NULs after them. Fixed-size block
+// moves through a scratch area: source must have kArray readable characters.
+void copyDigits(char* digits, const char* source, int count) {
+    char scratch[2 * kArray + 1];
+    std::memcpy(scratch, source, kArray);
+    std::memset(scratch + count, 0, kArray + 1);
+    std::memcpy(digits, scratch, kArray + 1);
+}
 
 int maxOf(int a, int b) { return a > b ? a : b; }
 
@@ -26,20 +50,59 @@ Alignment align(int countA, int pointA, int countB, int pointB) {
     return {point + fraction, point, point - pointA, point - pointB};
 }
 
-// field[0..width) = a - b on digit characters; returns the final borrow (a < b).
-int subtractColumns(char* field, const Alignment& at, const char* a, int countA, const char* b,
-                    int countB) {
-    std::memset(field, '0', static_cast<std::size_t>(at.width));
-    std::memcpy(field + at.offsetA, a, static_cast<std::size_t>(countA));
-    int borrow = 0;
-    for (int i = countB - 1; i >= 0 || borrow; --i) {
-        const int column = at.offsetB + i;
-        if (column < 0) return borrow;
-        int d = field[column] - '0' - borrow - (i >= 0 ? b[i] - '0' : 0);
-        borrow = d < 0 ? 1 : 0;
-        field[column] = static_cast<char>('0' + d + 10 * borrow);
+// The aligned fields are right-aligned in kField characters and worked on eight digits at
+// a time: a word holds eight digit values, the least significant in its low byte, so that
+// carries and borrows run from byte to byte like the ones of the 64-bit add itself.
+constexpr int kField = 56;
+constexpr std::uint64_t kTenComplement = 0xF6u * kLow; // 256 - 10 in every byte
+
+std::uint64_t loadDigits(const char* p) {
+    std::uint64_t v;
+    std::memcpy(&v, p, 8);
+    return __builtin_bswap64(v) - kZeros;
+}
+
+void storeDigits(char* p, std::uint64_t v) {
+    v = __builtin_bswap64(v + kZeros);
+    std::memcpy(p, &v, 8);
+}
+
+// A field of "0" characters holding the count digits of a value's array from `at`; the
+// field has kSpread characters so that fixed-size blocks may run past its kField columns.
+constexpr int kSpread = kField + kArray;
+
+void spread(char* field, const char* digits, int count, int at) {
+    std::memset(field, '0', kField);
+    std::memcpy(field + at, digits, kArray);
+    std::memset(field + at + count, '0', kArray);
+}
+
+// out = a + b over the words covering field[from..kField); the carry out is dropped (the
+// callers leave a "0" place in front).
+void addFields(const char* a, const char* b, char* out, int from) {
+    std::uint64_t carry = 0;
+    for (int w = kField - 8; w > from - 8; w -= 8) {
+        // Adding 246 in every byte makes a byte overflow into the next exactly when its
+        // digit sum reaches 10; bytes that did not overflow are left 246 too high.
+        std::uint64_t sum = loadDigits(a + w) + loadDigits(b + w) + kTenComplement + carry;
+        carry = (sum >> 63) ^ 1;
+        sum -= ((sum >> 7) & kLow) * 0xF6u;
+        storeDigits(out + w, sum);
     }
-    return 0;
+}
+
+// out = a - b over the words covering field[from..kField); returns the final borrow.
+int subtractFields(const char* a, const char* b, char* out, int from) {
+    std::uint64_t borrow = 0;
+    for (int w = kField - 8; w > from - 8; w -= 8) {
+        // A byte that went below zero borrowed from the next and reads 246 + its digit.
+        std::uint64_t difference = loadDigits(a + w) - loadDigits(b + w) - borrow;
+        borrow = difference >> 63;
+        difference -= ((difference >> 7) & kLow) * 0xF6u;
+        storeDigits(out + w, difference);
+    }
+    // Words past `from` hold "0" in both fields, so a borrow there is the final one.
+    return static_cast<int>(borrow);
 }
 
 // Drops digits after the point that are "0"; returns the new count.
@@ -49,51 +112,89 @@ int trimTrailingZeros(char* digits, int count, int point) {
     return count;
 }
 
-// Exact product of two digit strings read as integers, most significant first and
-// without leading zeros, into out (room for 96 digits and a NUL); returns its length.
-// The schoolbook algorithm runs on limbs of nine digits.
-int multiplyDigits(const char* a, int countA, const char* b, int countB, char* out) {
-    constexpr std::uint64_t base = 1000000000u;
-    std::uint64_t limbsA[6] = {}, limbsB[6] = {}, product[12] = {};
-    auto toLimbs = [](const char* digits, int count, std::uint64_t* limbs) {
-        int used = 0;
-        for (int end = count; end > 0; end -= 9) {
-            std::uint64_t v = 0;
-            for (int k = end > 9 ? end - 9 : 0; k < end; ++k) v = v * 10 + static_cast<unsigned>(digits[k] - '0');
-            limbs[used++] = v;
-        }
-        return used;
-    };
-    const int usedA = toLimbs(a, countA, limbsA);
-    const int usedB = toLimbs(b, countB, limbsB);
-    for (int j = 0; j < usedB; ++j) {
-        if (limbsB[j] == 0) continue;
-        std::uint64_t carry = 0;
-        for (int i = 0; i < usedA; ++i) {
-            const std::uint64_t t = product[i + j] + limbsA[i] * limbsB[j] + carry;
-            product[i + j] = t % base;
-            carry = t / base;
-        }
-        product[j + usedA] = carry;
+// Eight digit characters, most significant first, as a number.
+std::uint64_t eightDigits(const char* p) {
+    std::uint64_t v;
+    std::memcpy(&v, p, 8);
+    v = ((v & 0x0F0F0F0F0F0F0F0Fu) * (10 * 256 + 1)) >> 8; // pairs, in every other byte
+    v = ((v & 0x00FF00FF00FF00FFu) * (100 * 65536 + 1)) >> 16;
+    return ((v & 0x0000FFFF0000FFFFu) * (10000 * (std::uint64_t{1} << 32) + 1)) >> 32;
+}
+
+// The eight digit values of v < 10^8, one per byte, the most significant in the low byte
+// (first in memory): the halves, quarters and eighths are split in parallel in one word.
+std::uint64_t eightDigitValues(std::uint64_t v) {
+    std::uint64_t x = (v / 10000) | ((v % 10000) << 32);
+    std::uint64_t q = ((x * 10486) >> 20) & 0x0000007F0000007Fu; // x / 100 for x < 10^4
+    x = q | ((x - q * 100) << 16);
+    q = ((x * 103) >> 10) & 0x000F000F000F000Fu; // x / 10 for x < 100
+    return q | ((x - q * 10) << 8);
+}
+
+// Limbs of eight digits, least significant first, of a value's digit string read as an
+// integer. The short leading limb is read as the array's first eight characters, shifted
+// to put "0"s in front of its count digits (the array holds 49 characters).
+inline __attribute__((always_inline)) int toLimbs(const char* digits, int count, std::uint64_t* limbs) {
+    int used = 0;
+    for (; count >= 8; count -= 8) limbs[used++] = eightDigits(digits + count - 8);
+    if (count > 0) {
+        std::uint64_t w;
+        std::memcpy(&w, digits, 8);
+        w = (w << (8 * (8 - count))) | (kZeros >> (8 * count));
+        char chunk[8];
+        std::memcpy(chunk, &w, 8);
+        limbs[used++] = eightDigits(chunk);
     }
-    int top = usedA + usedB - 1;
-    while (top >= 0 && product[top] == 0) --top;
-    if (top < 0) {
-        out[0] = '\0';
-        return 0;
+    return used;
+}
+
+// Room for the product's text, and 48 more so that any 48 characters from its start can
+// be copied as one block.
+constexpr int kProductText = 12 * 8 + ZuNumeric::MaxTextDigits;
+
+// Exact product of two digit strings read as integers, written into text; returns the
+// start of its most significant non-zero digit and sets length (0 for a zero product).
+// The schoolbook algorithm runs on limbs of eight digits.
+const char* multiplyDigits(const char* a, int countA, const char* b, int countB, char* text, int& length) {
+    constexpr std::uint64_t base = 100000000u;
+    std::uint64_t x[6] = {}, y[6] = {}, product[12] = {};
+    int limbsA = toLimbs(a, countA, x), limbsB = toLimbs(b, countB, y);
+    // Each partial product is below 10^16 and at most six meet in a limb: no overflow
+    // before the single carry pass. Values of up to 32 digits take a fixed, unrolled path.
+    if (limbsA <= 4 && limbsB <= 4) {
+        for (int j = 0; j < 4; ++j)
+            for (int i = 0; i < 4; ++i) product[i + j] += x[i] * y[j];
+        limbsA = limbsB = 4;
+    } else {
+        for (int j = 0; j < limbsB; ++j)
+            for (int i = 0; i < limbsA; ++i) product[i + j] += x[i] * y[j];
     }
-    char text[12 * 9];
-    int length = 0;
-    for (int limb = top; limb >= 0; --limb) {
-        std::uint64_t v = product[limb];
-        for (int k = 8; k >= 0; --k, v /= 10) text[length + k] = static_cast<char>('0' + v % 10);
-        length += 9;
+    const int limbs = limbsA + limbsB;
+    std::uint64_t carry = 0;
+    for (int k = 0; k < limbs; ++k) {
+        const std::uint64_t t = product[k] + carry;
+        carry = t / base;
+        product[k] = t - carry * base;
     }
-    int first = 0;
-    while (text[first] == '0') ++first;
-    std::memcpy(out, text + first, static_cast<std::size_t>(length - first));
-    out[length - first] = '\0';
-    return length - first;
+    int top = limbs - 1;
+    while (top > 0 && product[top] == 0) --top;
+    if (product[top] == 0) {
+        length = 0;
+        return text;
+    }
+    // Only the limbs that reach the 48th digit are written out.
+    std::memset(text, '0', kProductText);
+    const int lowest = top > 6 ? top - 6 : 0;
+    const std::uint64_t leading = eightDigitValues(product[top]);
+    std::uint64_t chars = leading + kZeros;
+    std::memcpy(text, &chars, 8);
+    for (int k = top - 1, at = 8; k >= lowest; --k, at += 8) {
+        chars = eightDigitValues(product[k]) + kZeros;
+        std::memcpy(text + at, &chars, 8);
+    }
+    const int first = __builtin_ctzll(leading) / 8;
+    length = 8 * (top + 1) - first;
+    return text + first;
 }
 
 } // namespace
@@ -103,27 +204,23 @@ ZuNumeric ZuNumeric::add(const ZuNumeric& other) const {
     const int countA = digitCount(_digits);
     const int countB = digitCount(other._digits);
     const Alignment at = align(countA, _pointPosition, countB, other._pointPosition);
-    if (at.width >= MaxTextDigits) return result; // too wide: zero, without notice
-    // digits[0] is the carry place, digits[1..width] the aligned columns.
-    char* digits = result._digits;
-    std::memset(digits, '0', static_cast<std::size_t>(at.width) + 1);
-    std::memcpy(digits + 1 + at.offsetA, _digits, static_cast<std::size_t>(countA));
-    int carry = 0;
-    for (int i = countB - 1; i >= 0 || carry; --i) {
-        const int column = 1 + at.offsetB + i;
-        int d = digits[column] - '0' + carry + (i >= 0 ? other._digits[i] - '0' : 0);
-        carry = d > 9 ? 1 : 0;
-        digits[column] = static_cast<char>('0' + d - 10 * carry);
-    }
+    if (at.width >= MaxTextDigits || at.width < 0) return result; // too wide: zero, without notice
+    // field[from] is the carry place, field[from + 1..kField) the aligned columns.
+    const int from = kField - at.width - 1;
+    char a[kSpread], b[kSpread], sum[kSpread];
+    spread(a, _digits, countA, from + 1 + at.offsetA);
+    spread(b, other._digits, countB, from + 1 + at.offsetB);
+    addFields(a, b, sum, from);
     int point = at.point;
-    int count = at.width + 1;
-    if (digits[0] == '1') {
-        if (++point > 32767) return ZuNumeric();
-    } else {
-        std::memmove(digits, digits + 1, static_cast<std::size_t>(at.width));
-        --count;
+    int count = at.width;
+    const char* first = sum + from + 1;
+    if (sum[from] == '1') {
+        if (++point > 32767) return result;
+        --first;
+        ++count;
     }
-    trimTrailingZeros(digits, count, point);
+    copyDigits(result._digits, first, count);
+    trimTrailingZeros(result._digits, count, point);
     result._pointPosition = static_cast<short>(point);
     result._sign = result.isZero() ? 0 : _sign;
     return result;
@@ -134,30 +231,30 @@ ZuNumeric ZuNumeric::sub(const ZuNumeric& other) const {
     const int countA = digitCount(_digits);
     const int countB = digitCount(other._digits);
     const Alignment at = align(countA, _pointPosition, countB, other._pointPosition);
-    if (at.width >= MaxTextDigits) return result;
-    char* digits = result._digits;
-    if (subtractColumns(digits, at, _digits, countA, other._digits, countB)) {
-        // Called with the smaller magnitude first: give the magnitude of the difference.
-        const Alignment swapped = {at.width, at.point, at.offsetB, at.offsetA};
-        subtractColumns(digits, swapped, other._digits, countB, _digits, countA);
-    }
+    if (at.width >= MaxTextDigits || at.width < 0) return result;
+    const int from = kField - at.width;
+    char a[kSpread], b[kSpread], difference[kSpread];
+    spread(a, _digits, countA, from + at.offsetA);
+    spread(b, other._digits, countB, from + at.offsetB);
+    // Called with the smaller magnitude first: give the magnitude of the difference.
+    if (subtractFields(a, b, difference, from)) subtractFields(b, a, difference, from);
+    const char* digits = difference + from;
     int count = at.width;
-    int point = at.point;
-    digits[count] = '\0';
-    int first = 0;
-    while (first < count && digits[first] == '0') ++first;
-    if (first == count) {
+    int zeros = 0;
+    while (zeros < count && digits[zeros] == '0') ++zeros;
+    if (zeros == count) {
         // Equal magnitudes: one "0" before the point, so a signed zero reads "-0".
-        std::memcpy(digits, "0", 2);
+        std::memcpy(result._digits, "0", 2);
         result._pointPosition = 1;
-        result._sign = 0;
         return result;
     }
-    count = trimTrailingZeros(digits, count, point);
     // Leading zeros go while digits stand before the point, as the parser holds them.
-    int drop = 0;
-    while (drop < count && point > 0 && digits[drop] == '0') ++drop, --point;
-    std::memmove(digits, digits + drop, static_cast<std::size_t>(count - drop) + 1);
+    const int drop = zeros < at.point ? zeros : maxOf(at.point, 0);
+    digits += drop;
+    count -= drop;
+    const int point = at.point - drop;
+    copyDigits(result._digits, digits, count);
+    trimTrailingZeros(result._digits, count, point);
     result._pointPosition = static_cast<short>(point);
     result._sign = result.isZero() ? 0 : _sign;
     return result;
@@ -217,8 +314,9 @@ ZuNumeric ZuNumeric::operator*(const ZuNumeric& other) const {
     ZuNumeric result;
     const int countA = digitCount(_digits);
     const int countB = digitCount(other._digits);
-    char product[2 * MaxTextDigits + 1];
-    const int length = multiplyDigits(_digits, countA, other._digits, countB, product);
+    char text[kProductText];
+    int length = 0;
+    const char* product = multiplyDigits(_digits, countA, other._digits, countB, text, length);
     // Each operand gives its point position, or 1 - its digit count when that is below 1.
     const int point = (_pointPosition >= 1 ? _pointPosition : 1 - countA) +
                       (other._pointPosition >= 1 ? other._pointPosition : 1 - countB);
@@ -233,9 +331,8 @@ ZuNumeric ZuNumeric::operator*(const ZuNumeric& other) const {
             digits[zeros + kept] = '\0';
         }
     } else if (length > 0) {
-        const int kept = length < MaxDigits ? length : MaxDigits;
-        std::memcpy(digits, product, static_cast<std::size_t>(kept));
-        digits[kept] = '\0';
+        std::memcpy(digits, product, MaxTextDigits);
+        digits[length < MaxDigits ? length : MaxDigits] = '\0';
         result._pointPosition = static_cast<short>(point >= length ? length : point);
     }
     result._sign = _sign != other._sign ? 1 : 0;
