@@ -1,0 +1,129 @@
+// ZuNumeric product: the exact digits of the schoolbook product of the two digit
+// strings, cut to the digit array, and the point position rule.
+#include <zu/numeric.h>
+
+#include "numeric_words.h"
+
+namespace {
+
+constexpr std::uint64_t kBase = 100000000u; // limbs of eight digits
+
+// The numbers of two words of eight digit characters (most significant first), in the
+// 64-bit lanes of an SSE2 register: digit pairs, then quadruples, then the two halves are
+// combined by multiply-adds.
+__m128i twoLimbs(std::uint64_t high, std::uint64_t low) {
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i d = _mm_and_si128(_mm_set_epi64x(static_cast<long long>(low), static_cast<long long>(high)),
+                                    _mm_set1_epi8(0x0F));
+    const __m128i tens = _mm_setr_epi16(10, 1, 10, 1, 10, 1, 10, 1);
+    const __m128i pairs = _mm_packs_epi32(_mm_madd_epi16(_mm_unpacklo_epi8(d, zero), tens),
+                                          _mm_madd_epi16(_mm_unpackhi_epi8(d, zero), tens));
+    const __m128i quads = _mm_madd_epi16(pairs, _mm_setr_epi16(100, 1, 100, 1, 100, 1, 100, 1));
+    return _mm_add_epi64(_mm_mul_epu32(quads, _mm_set1_epi32(10000)), _mm_srli_epi64(quads, 32));
+}
+
+// The 16 digit characters of two limbs below 10^8, high first, in SSE2 lanes: each limb is
+// split into two halves below 10^4, each half is divided by 1000, 100, 10 and 1 at once
+// in 16-bit lanes (by multiplying with rounded-up reciprocals), and the quotients are
+// turned into digits by subtracting ten times their left neighbour.
+void sixteenCharacters(std::uint64_t high, std::uint64_t low, char* out) {
+    const __m128i limbs = _mm_set_epi64x(static_cast<long long>(low), static_cast<long long>(high));
+    const __m128i quarters = _mm_srli_epi64(_mm_mul_epu32(limbs, _mm_set1_epi32(static_cast<int>(0xD1B71759u))), 45);
+    const __m128i rests = _mm_sub_epi32(limbs, _mm_mul_epu32(quarters, _mm_set1_epi32(10000)));
+    const __m128i divisors = _mm_setr_epi16(8389, 5243, 13108, static_cast<short>(32768), 8389, 5243, 13108,
+                                            static_cast<short>(32768));
+    const __m128i shifts = _mm_setr_epi16(1 << 7, 1 << 11, 1 << 13, static_cast<short>(1 << 15), 1 << 7,
+                                          1 << 11, 1 << 13, static_cast<short>(1 << 15));
+    auto digitsOf = [&](__m128i halves) { // halves: [first, second, ...] in 16-bit lanes
+        __m128i v = _mm_slli_epi64(halves, 2);
+        v = _mm_unpacklo_epi16(v, v);
+        v = _mm_unpacklo_epi32(v, v); // four copies of each half, times 4
+        v = _mm_mulhi_epu16(_mm_mulhi_epu16(v, divisors), shifts);
+        return _mm_sub_epi16(v, _mm_slli_epi64(_mm_mullo_epi16(v, _mm_set1_epi16(10)), 16));
+    };
+    const __m128i first = digitsOf(_mm_unpacklo_epi16(quarters, rests));
+    const __m128i second = digitsOf(_mm_unpackhi_epi16(quarters, rests));
+    const __m128i characters = _mm_add_epi8(_mm_packus_epi16(first, second), _mm_set1_epi8('0'));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), characters);
+}
+
+// Characters of limb i (eight digits, counted from the least significant) of a value's
+// digit string read as an integer. The short leading limb is read from the array's first
+// eight characters, shifted so that "0"s stand before its digits (the array holds 49).
+std::uint64_t limbCharacters(const char* digits, int count, int i) {
+    const int start = count - 8 * (i + 1);
+    if (start >= 0) return load8(digits + start);
+    if (start > -8) return (load8(digits) << (8 * -start)) | (kZeros >> (8 * (8 + start)));
+    return kZeros;
+}
+
+// Limbs of a value, least significant first, two at a time.
+template <int n>
+__attribute__((always_inline)) inline void toLimbs(const char* digits, int count, std::uint64_t* limbs) {
+    for (int i = 0; i < n; i += 2) {
+        const __m128i two = twoLimbs(limbCharacters(digits, count, i + 1), limbCharacters(digits, count, i));
+        limbs[i + 1] = static_cast<std::uint64_t>(_mm_cvtsi128_si64(two));
+        limbs[i] = static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(two, two)));
+    }
+}
+
+// The 2n limbs of the product of two values of at most 8n digits, carried. A partial
+// product is below 10^16 and at most six meet in a limb, so one carry pass suffices.
+template <int n>
+void multiplyLimbs(const char* a, int countA, const char* b, int countB, std::uint64_t* product) {
+    std::uint64_t x[n], y[n], p[2 * n] = {};
+    toLimbs<n>(a, countA, x);
+    toLimbs<n>(b, countB, y);
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i < n; ++i) p[i + j] += x[i] * y[j];
+    std::uint64_t carry = 0;
+    for (int k = 0; k < 2 * n; ++k) {
+        const std::uint64_t t = p[k] + carry;
+        carry = t / kBase;
+        product[k] = t - carry * kBase;
+    }
+}
+
+} // namespace
+
+ZuNumeric ZuNumeric::operator*(const ZuNumeric& other) const {
+    ZuNumeric result;
+    const int countA = digitCount(_digits), countB = digitCount(other._digits);
+    // Schoolbook on limbs of eight digits; values of up to 32 digits take a smaller path.
+    std::uint64_t product[12];
+    const int limbs = countA <= 32 && countB <= 32 ? 8 : 12;
+    if (limbs == 8)
+        multiplyLimbs<4>(_digits, countA, other._digits, countB, product);
+    else
+        multiplyLimbs<6>(_digits, countA, other._digits, countB, product);
+    int top = limbs - 1;
+    while (top > 0 && product[top] == 0) --top;
+    result._sign = _sign != other._sign ? 1 : 0;
+    if (product[top] == 0) return result; // a zero product: empty digits, position 0
+    // Characters of the limbs that reach the 48th digit (seven at most), most significant
+    // first; the characters after the product only have to be readable.
+    char text[64];
+    if (top < 6) std::memset(text, 0, sizeof text);
+    for (int k = top, at = 0; k >= 0 && at < 56; k -= 2, at += 16)
+        sixteenCharacters(product[k], k > 0 ? product[k - 1] : 0, text + at);
+    const int first = __builtin_ctzll(load8(text) ^ kZeros) / 8;
+    const int length = 8 * (top + 1) - first;
+    // Each operand gives its point position, or 1 - its digit count when that is below 1.
+    const int point = (_pointPosition >= 1 ? _pointPosition : 1 - countA) +
+                      (other._pointPosition >= 1 ? other._pointPosition : 1 - countB);
+    if (point >= 0) {
+        std::memcpy(result._digits, text + first, kArray);
+        result._digits[length < MaxDigits ? length : MaxDigits] = '\0';
+        result._pointPosition = static_cast<short>(point >= length ? length : point);
+        return result;
+    }
+    // Shifted right behind zeros, point position 0; what passes the 47th place is cut,
+    // and nothing is left when the zeros alone fill it.
+    const int zeros = -point;
+    if (zeros >= MaxDigits) return result;
+    const int kept = zeros + length < MaxDigits ? length : MaxDigits - zeros;
+    std::memset(result._digits, '0', static_cast<std::size_t>(zeros));
+    std::memcpy(result._digits + zeros, text + first, static_cast<std::size_t>(kept));
+    result._digits[zeros + kept] = '\0';
+    return result;
+}
