@@ -1,12 +1,18 @@
 // Decimal numbers: parse, format, add and multiply of 30-digit values, ZuNumeric against
-// Boost.Multiprecision's cpp_dec_float_50. Each Zu benchmark runs after its peer and reports
-// "vs_peer" = peer time / Zu time (above 1: Zu is faster).
+// Boost.Multiprecision's cpp_dec_float_50, in one run.
+//
+// Each operation has a Google Benchmark entry for Zu and for the peer. The Zu entry also
+// reports "vs_peer" = peer time / Zu time (above 1: Zu is faster), measured by running
+// short batches of the two alternately and keeping the fastest batch of each, so that
+// load from other processes on the machine does not skew the ratio.
 #include <zu/numeric.h>
 
 #include <benchmark/benchmark.h>
 
 #include <ctime>
+#include <functional>
 #include <map>
+#include <utility>
 #include <random>
 #include <string>
 #include <vector>
@@ -19,14 +25,14 @@ using Peer = boost::multiprecision::cpp_dec_float_50;
 
 namespace {
 
-constexpr int kValues = 64;
+constexpr std::size_t kValues = 64;
 
-// 30 significant digits, the point somewhere inside.
+// 30 significant digits, the point somewhere among the first 20.
 const std::vector<std::string>& texts() {
     static const std::vector<std::string> all = [] {
         std::mt19937 rng(7);
         std::vector<std::string> v;
-        for (int i = 0; i < kValues; ++i) {
+        for (std::size_t i = 0; i < kValues; ++i) {
             std::string s(1, static_cast<char>('1' + rng() % 9));
             for (int k = 1; k < 30; ++k) s += static_cast<char>('0' + rng() % 10);
             s.insert(1 + rng() % 20, ".");
@@ -35,35 +41,6 @@ const std::vector<std::string>& texts() {
         return v;
     }();
     return all;
-}
-
-std::map<std::string, double>& peerTimes() {
-    static std::map<std::string, double> times;
-    return times;
-}
-
-double threadNanoseconds() {
-    timespec t;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
-    return static_cast<double>(t.tv_sec) * 1e9 + static_cast<double>(t.tv_nsec);
-}
-
-// Runs body(i) for every iteration and returns the thread's CPU nanoseconds per iteration
-// (CPU time, so that other load on the machine does not skew the ratios).
-template <typename Body>
-double timed(benchmark::State& state, Body body) {
-    const double start = threadNanoseconds();
-    std::size_t i = 0;
-    for (auto _ : state) body(i++ % kValues);
-    const double elapsed = threadNanoseconds() - start;
-    return state.iterations() ? elapsed / static_cast<double>(state.iterations()) : 0;
-}
-
-template <typename Body>
-void runZu(benchmark::State& state, const char* name, Body body) {
-    const double ns = timed(state, body);
-    const auto peer = peerTimes().find(name);
-    if (peer != peerTimes().end() && ns > 0) state.counters["vs_peer"] = peer->second / ns;
 }
 
 const std::vector<ZuNumeric>& zuValues() {
@@ -75,85 +52,116 @@ const std::vector<ZuNumeric>& zuValues() {
     return v;
 }
 
-void ZuParse(benchmark::State& state) {
-    ZuNumeric n;
-    runZu(state, "parse", [&](std::size_t i) {
-        n.set(texts()[i].c_str());
-        benchmark::DoNotOptimize(n);
-    });
+// One operation on the i-th value (and the next one, for the arithmetic).
+using Op = std::function<void(std::size_t)>;
+
+struct Operation {
+    Op zu;
+    Op peer;
+};
+
+std::map<std::string, Operation>& operations() {
+    static std::map<std::string, Operation> all;
+    return all;
 }
 
-void ZuFormat(benchmark::State& state) {
-    char out[64];
-    runZu(state, "format", [&](std::size_t i) {
+double nanoseconds() {
+    timespec t;
+    clock_gettime(CLOCK_MONOTONIC, &t);
+    return static_cast<double>(t.tv_sec) * 1e9 + static_cast<double>(t.tv_nsec);
+}
+
+// Fastest time per call of `op` over one batch.
+double batch(const Op& op) {
+    constexpr std::size_t calls = 2000;
+    const double start = nanoseconds();
+    for (std::size_t i = 0; i < calls; ++i) op(i % kValues);
+    return (nanoseconds() - start) / calls;
+}
+
+// Fastest batch times per call of Zu and of the peer, from alternating batches; computed
+// once per operation.
+std::pair<double, double> fastest(const std::string& name) {
+    static std::map<std::string, std::pair<double, double>> cache;
+    const auto found = cache.find(name);
+    if (found != cache.end()) return found->second;
+    const Operation& op = operations().at(name);
+    double zu = 1e300, peer = 1e300;
+    for (int round = 0; round < 200; ++round) {
+        zu = std::min(zu, batch(op.zu));
+        peer = std::min(peer, batch(op.peer));
+    }
+    return cache[name] = {zu, peer};
+}
+
+void run(benchmark::State& state, const std::string& name, bool zu) {
+    const Operation& op = operations().at(name);
+    const Op& body = zu ? op.zu : op.peer;
+    std::size_t i = 0;
+    for (auto _ : state) body(i++ % kValues);
+    if (zu && op.peer) {
+        const auto [zuTime, peerTime] = fastest(name);
+        state.counters["vs_peer"] = peerTime / zuTime;
+        state.counters["zu_ns"] = zuTime;
+        state.counters["peer_ns"] = peerTime;
+    }
+}
+
+void registerOperations() {
+    char out[64] = {};
+    ZuNumeric parsed;
+    auto& all = operations();
+    all["Parse"].zu = [parsed](std::size_t i) mutable {
+        parsed.set(texts()[i].c_str());
+        benchmark::DoNotOptimize(parsed);
+    };
+    all["Format"].zu = [out](std::size_t i) mutable {
         zuValues()[i].get(out, sizeof out);
         benchmark::DoNotOptimize(out);
-    });
-}
-
-void ZuAdd(benchmark::State& state) {
-    runZu(state, "add", [&](std::size_t i) {
+    };
+    all["Add"].zu = [](std::size_t i) {
         ZuNumeric r = zuValues()[i] + zuValues()[(i + 1) % kValues];
         benchmark::DoNotOptimize(r);
-    });
-}
-
-void ZuMultiply(benchmark::State& state) {
-    runZu(state, "multiply", [&](std::size_t i) {
+    };
+    all["Multiply"].zu = [](std::size_t i) {
         ZuNumeric r = zuValues()[i] * zuValues()[(i + 1) % kValues];
         benchmark::DoNotOptimize(r);
-    });
-}
-
+    };
 #ifdef ZU_HAVE_PEER
-const std::vector<Peer>& peerValues() {
-    static const std::vector<Peer> v(texts().begin(), texts().end());
-    return v;
-}
-
-void PeerParse(benchmark::State& state) {
-    peerTimes()["parse"] = timed(state, [&](std::size_t i) {
+    static const std::vector<Peer> values(texts().begin(), texts().end());
+    all["Parse"].peer = [](std::size_t i) {
         Peer p(texts()[i]);
         benchmark::DoNotOptimize(p);
-    });
-}
-
-void PeerFormat(benchmark::State& state) {
-    peerTimes()["format"] = timed(state, [&](std::size_t i) {
-        std::string s = peerValues()[i].str(30, std::ios_base::fixed);
+    };
+    all["Format"].peer = [](std::size_t i) {
+        std::string s = values[i].str(30, std::ios_base::fixed);
         benchmark::DoNotOptimize(s);
-    });
-}
-
-void PeerAdd(benchmark::State& state) {
-    peerTimes()["add"] = timed(state, [&](std::size_t i) {
-        Peer r = peerValues()[i] + peerValues()[(i + 1) % kValues];
+    };
+    all["Add"].peer = [](std::size_t i) {
+        Peer r = values[i] + values[(i + 1) % kValues];
         benchmark::DoNotOptimize(r);
-    });
-}
-
-void PeerMultiply(benchmark::State& state) {
-    peerTimes()["multiply"] = timed(state, [&](std::size_t i) {
-        Peer r = peerValues()[i] * peerValues()[(i + 1) % kValues];
+    };
+    all["Multiply"].peer = [](std::size_t i) {
+        Peer r = values[i] * values[(i + 1) % kValues];
         benchmark::DoNotOptimize(r);
-    });
-}
-
-BENCHMARK(PeerParse)->Name("Parse/cpp_dec_float_50");
-BENCHMARK(ZuParse)->Name("Parse/ZuNumeric");
-BENCHMARK(PeerFormat)->Name("Format/cpp_dec_float_50");
-BENCHMARK(ZuFormat)->Name("Format/ZuNumeric");
-BENCHMARK(PeerAdd)->Name("Add/cpp_dec_float_50");
-BENCHMARK(ZuAdd)->Name("Add/ZuNumeric");
-BENCHMARK(PeerMultiply)->Name("Multiply/cpp_dec_float_50");
-BENCHMARK(ZuMultiply)->Name("Multiply/ZuNumeric");
-#else
-BENCHMARK(ZuParse)->Name("Parse/ZuNumeric");
-BENCHMARK(ZuFormat)->Name("Format/ZuNumeric");
-BENCHMARK(ZuAdd)->Name("Add/ZuNumeric");
-BENCHMARK(ZuMultiply)->Name("Multiply/ZuNumeric");
+    };
 #endif
+    for (const char* name : {"Parse", "Format", "Add", "Multiply"}) {
+        const std::string n = name;
+        if (all[n].peer)
+            benchmark::RegisterBenchmark((n + "/cpp_dec_float_50").c_str(),
+                                         [n](benchmark::State& s) { run(s, n, false); });
+        benchmark::RegisterBenchmark((n + "/ZuNumeric").c_str(), [n](benchmark::State& s) { run(s, n, true); });
+    }
+}
 
 } // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+    registerOperations();
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

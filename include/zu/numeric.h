@@ -106,6 +106,7 @@ private:
 
     unsigned short _sign;
     short _pointPosition;
+    // Every character after the digits is NUL: the arithmetic reads the array in words.
     char _digits[MaxTextDigits + 1];
 };
 

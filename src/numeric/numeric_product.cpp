@@ -8,13 +8,13 @@ namespace {
 
 constexpr std::uint64_t kBase = 100000000u; // limbs of eight digits
 
-// The numbers of two words of eight digit characters (most significant first), in the
-// 64-bit lanes of an SSE2 register: digit pairs, then quadruples, then the two halves are
+// The numbers of the two eight-character halves of the sixteen characters at `digits`,
+// in the 64-bit lanes of an SSE2 register (the first half in the low lane); the NULs
+// after a value's digits read as "0". Digit pairs, then quadruples, then the halves are
 // combined by multiply-adds.
-__m128i twoLimbs(std::uint64_t high, std::uint64_t low) {
+__m128i twoLimbs(const char* digits) {
     const __m128i zero = _mm_setzero_si128();
-    const __m128i d = _mm_and_si128(_mm_set_epi64x(static_cast<long long>(low), static_cast<long long>(high)),
-                                    _mm_set1_epi8(0x0F));
+    const __m128i d = _mm_and_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(digits)), _mm_set1_epi8(0x0F));
     const __m128i tens = _mm_setr_epi16(10, 1, 10, 1, 10, 1, 10, 1);
     const __m128i pairs = _mm_packs_epi32(_mm_madd_epi16(_mm_unpacklo_epi8(d, zero), tens),
                                           _mm_madd_epi16(_mm_unpackhi_epi8(d, zero), tens));
@@ -47,33 +47,22 @@ void sixteenCharacters(std::uint64_t high, std::uint64_t low, char* out) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(out), characters);
 }
 
-// Characters of limb i (eight digits, counted from the least significant) of a value's
-// digit string read as an integer. The short leading limb is read from the array's first
-// eight characters, shifted so that "0"s stand before its digits (the array holds 49).
-std::uint64_t limbCharacters(const char* digits, int count, int i) {
-    const int start = count - 8 * (i + 1);
-    if (start >= 0) return load8(digits + start);
-    if (start > -8) return (load8(digits) << (8 * -start)) | (kZeros >> (8 * (8 + start)));
-    return kZeros;
-}
-
-// Limbs of a value, least significant first, two at a time.
+// The 2n limbs (least significant first) of the product of two values of at most 8n
+// digits, each read as the integer of its digits followed by "0"s up to 8n digits, so
+// that the limbs are read from the start of the array whatever the digit count. The
+// product's digits are then those of the true product followed by zeros. A partial
+// product is below 10^16 and at most six meet in a limb: one carry pass suffices.
 template <int n>
-__attribute__((always_inline)) inline void toLimbs(const char* digits, int count, std::uint64_t* limbs) {
-    for (int i = 0; i < n; i += 2) {
-        const __m128i two = twoLimbs(limbCharacters(digits, count, i + 1), limbCharacters(digits, count, i));
-        limbs[i + 1] = static_cast<std::uint64_t>(_mm_cvtsi128_si64(two));
-        limbs[i] = static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(two, two)));
-    }
-}
-
-// The 2n limbs of the product of two values of at most 8n digits, carried. A partial
-// product is below 10^16 and at most six meet in a limb, so one carry pass suffices.
-template <int n>
-void multiplyLimbs(const char* a, int countA, const char* b, int countB, std::uint64_t* product) {
+void multiplyLimbs(const char* a, const char* b, std::uint64_t* product) {
     std::uint64_t x[n], y[n], p[2 * n] = {};
-    toLimbs<n>(a, countA, x);
-    toLimbs<n>(b, countB, y);
+    for (int j = 0; j < n / 2; ++j) {
+        const __m128i twoA = twoLimbs(a + 16 * j);
+        const __m128i twoB = twoLimbs(b + 16 * j);
+        x[n - 1 - 2 * j] = static_cast<std::uint64_t>(_mm_cvtsi128_si64(twoA));
+        x[n - 2 - 2 * j] = static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(twoA, twoA)));
+        y[n - 1 - 2 * j] = static_cast<std::uint64_t>(_mm_cvtsi128_si64(twoB));
+        y[n - 2 - 2 * j] = static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(twoB, twoB)));
+    }
     for (int j = 0; j < n; ++j)
         for (int i = 0; i < n; ++i) p[i + j] += x[i] * y[j];
     std::uint64_t carry = 0;
@@ -93,10 +82,10 @@ ZuNumeric ZuNumeric::operator*(const ZuNumeric& other) const {
     std::uint64_t product[12];
     const int limbs = countA <= 32 && countB <= 32 ? 8 : 12;
     if (limbs == 8)
-        multiplyLimbs<4>(_digits, countA, other._digits, countB, product);
+        multiplyLimbs<4>(_digits, other._digits, product);
     else
-        multiplyLimbs<6>(_digits, countA, other._digits, countB, product);
-    int top = limbs - 1;
+        multiplyLimbs<6>(_digits, other._digits, product);
+    int top = limbs - 1; // the product of the zero-padded values has 8 * limbs places
     while (top > 0 && product[top] == 0) --top;
     result._sign = _sign != other._sign ? 1 : 0;
     if (product[top] == 0) return result; // a zero product: empty digits, position 0
@@ -107,13 +96,12 @@ ZuNumeric ZuNumeric::operator*(const ZuNumeric& other) const {
     for (int k = top, at = 0; k >= 0 && at < 56; k -= 2, at += 16)
         sixteenCharacters(product[k], k > 0 ? product[k - 1] : 0, text + at);
     const int first = __builtin_ctzll(load8(text) ^ kZeros) / 8;
-    const int length = 8 * (top + 1) - first;
+    const int length = 8 * (top + 1) - first - (8 * limbs - countA - countB); // without the padding
     // Each operand gives its point position, or 1 - its digit count when that is below 1.
     const int point = (_pointPosition >= 1 ? _pointPosition : 1 - countA) +
                       (other._pointPosition >= 1 ? other._pointPosition : 1 - countB);
     if (point >= 0) {
-        std::memcpy(result._digits, text + first, kArray);
-        result._digits[length < MaxDigits ? length : MaxDigits] = '\0';
+        storeDigits(result._digits, text + first, length < MaxDigits ? length : MaxDigits);
         result._pointPosition = static_cast<short>(point >= length ? length : point);
         return result;
     }

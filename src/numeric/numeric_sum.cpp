@@ -27,13 +27,22 @@ Alignment align(int countA, int pointA, int countB, int pointB) {
     return {point + fraction, point, point - pointA, point - pointB};
 }
 
+// Zeroes the words after the field, which finish reads past its end. (Stores one by one:
+// a loop or an initialiser would become a slow string instruction.)
+void clearPadding(std::uint64_t* field) {
+    const __m128i zero = _mm_setzero_si128();
+    field[kWords] = 0;
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(field + kWords + 1), zero);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(field + kWords + 3), zero);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(field + kWords + 5), zero);
+}
+
 // Writes the field's characters from column start into digits, without the zeros that
 // end it after the point. The field must have 48 readable characters after any start.
 void finish(char* digits, const std::uint64_t* field, int start, int point) {
     int count = kField - start;
     count -= minOf(trailingZeroCharacters(field, kWords), maxOf(count - maxOf(point, 0), 0));
-    std::memcpy(digits, reinterpret_cast<const char*>(field) + start, kArray);
-    digits[count] = '\0';
+    storeDigits(digits, reinterpret_cast<const char*>(field) + start, count);
 }
 
 } // namespace
@@ -46,13 +55,14 @@ ZuNumeric ZuNumeric::add(const ZuNumeric& other) const {
     // Column `from` is the carry place, the operands follow it.
     const int from = kField - at.width - 1;
     const int atA = from + 1 + at.offsetA, atB = from + 1 + at.offsetB;
-    std::uint64_t field[2 * kWords] = {};
+    std::uint64_t field[2 * kWords];
+    clearPadding(field);
     std::uint64_t carry = 0;
-    for (int k = kWords - 1; k >= from / 8; --k) {
+    for (int k = kWords - 1; k >= 0; --k) { // the words before `from` come out "0"
         // Adding 246 in every byte makes a byte overflow into the next exactly when its
         // digit sum reaches 10; bytes that did not overflow are left 246 too high.
-        std::uint64_t sum = fieldWord(_digits, countA, atA, 8 * k) +
-                            fieldWord(other._digits, countB, atB, 8 * k) + 0xF6 * kLow + carry;
+        std::uint64_t sum = fieldWord(_digits, atA, 8 * k) +
+                            fieldWord(other._digits, atB, 8 * k) + 0xF6 * kLow + carry;
         carry = (sum >> 63) ^ 1;
         sum -= ((sum >> 7) & kLow) * 0xF6;
         field[k] = characters(sum);
@@ -74,7 +84,8 @@ ZuNumeric ZuNumeric::sub(const ZuNumeric& other) const {
     const Alignment at = align(countA, _pointPosition, countB, other._pointPosition);
     if (at.width >= MaxTextDigits || at.width < 0) return result;
     const int from = kField - at.width;
-    std::uint64_t field[2 * kWords] = {};
+    std::uint64_t field[2 * kWords];
+    clearPadding(field);
     for (int swapped = 0; swapped < 2; ++swapped) {
         // Called with the smaller magnitude first: give the magnitude of the difference.
         const char* a = swapped ? other._digits : _digits;
@@ -82,18 +93,17 @@ ZuNumeric ZuNumeric::sub(const ZuNumeric& other) const {
         const int atA = from + (swapped ? at.offsetB : at.offsetA);
         const int atB = from + (swapped ? at.offsetA : at.offsetB);
         std::uint64_t borrow = 0;
-        for (int k = kWords - 1; k >= from / 8; --k) {
+        for (int k = kWords - 1; k >= 0; --k) {
             // A byte that went below zero borrowed from the next and reads 246 + its digit.
-            std::uint64_t difference = fieldWord(a, swapped ? countB : countA, atA, 8 * k) -
-                                       fieldWord(b, swapped ? countA : countB, atB, 8 * k) - borrow;
+            std::uint64_t difference = fieldWord(a, atA, 8 * k) -
+                                       fieldWord(b, atB, 8 * k) - borrow;
             borrow = difference >> 63;
             difference -= ((difference >> 7) & kLow) * 0xF6;
             field[k] = characters(difference);
         }
         if (!borrow) break;
     }
-    // Columns before `from` hold "0" too, so the first non-zero character is searched
-    // from the field's start.
+    // Columns before `from` hold "0" too.
     int first = kField;
     for (int k = from / 8; k < kWords; ++k) {
         const std::uint64_t x = field[k] ^ kZeros;

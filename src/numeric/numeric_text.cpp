@@ -101,8 +101,7 @@ bool ZuNumeric::set(const char* text) {
     }
     if (!dot) point += count;
     if (dot)
-        while (count > 0 && _digits[count - 1] == '0') --count;
-    _digits[count] = '\0';
+        while (count > 0 && _digits[count - 1] == '0') _digits[--count] = '\0';
     _pointPosition = static_cast<short>(point);
     return true;
 }

@@ -40,21 +40,34 @@ inline std::uint64_t load8(const char* p) {
     return v;
 }
 
-// Value word of the field columns [column, column + 8) when the count digits of a value's
-// array stand from column `at`, zero elsewhere. Reads stay inside the 49-character array.
-inline std::uint64_t fieldWord(const char* digits, int count, int at, int column) {
-    const int s = column - at; // digit index at the word's first column
-    if (s >= count || s <= -8) return 0;
+// Value word of the field columns [column, column + 8) when the digits of a value's
+// array stand from column `at` (the NULs after them read as zero digits). Reads stay
+// inside the 49-character array.
+inline std::uint64_t fieldWord(const char* digits, int at, int column) {
+    constexpr int last = kArray + 1 - 8; // the last index an eight-character read may start at
+    const int s = column - at;           // digit index at the word's first column
     std::uint64_t raw;
-    if (s < 0)
+    if (s <= -8 || s >= kArray)
+        return 0;
+    else if (s < 0)
         raw = load8(digits) << (8 * -s);
-    else if (s <= kArray + 1 - 8)
+    else if (s <= last)
         raw = load8(digits + s);
     else
-        raw = load8(digits + kArray + 1 - 8) >> (8 * (s - (kArray + 1 - 8)));
-    const int keep = count - s; // characters of the word that are digits of the value
-    if (keep < 8) raw &= (std::uint64_t{1} << (8 * keep)) - 1;
+        raw = load8(digits + last) >> (8 * (s - last));
     return __builtin_bswap64(raw & kNibbles);
+}
+
+// Sets a value's digit array to the count characters at source (which has 48 readable
+// characters) and NULs after them.
+inline void storeDigits(char* digits, const char* source, int count) {
+    const __m128i index = _mm_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+    for (int i = 0; i < kArray; i += 16) {
+        const __m128i inside = _mm_cmplt_epi8(index, _mm_set1_epi8(static_cast<char>(count - i)));
+        const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(source + i));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(digits + i), _mm_and_si128(chunk, inside));
+    }
+    digits[kArray] = '\0';
 }
 
 // Character word of a value word.

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <numeric_value.h>
 
+#include <algorithm>
 #include <cstring>
 #include <random>
 #include <string>
@@ -29,9 +30,12 @@ std::string randomText(std::mt19937& rng) {
     return s;
 }
 
+// Digits only, then NULs to the end of the array (the arithmetic reads it in words).
 bool wellFormed(const ZuNumeric& n) {
     const char* d = n.getDigits();
-    return std::strlen(d) <= 48 && std::strspn(d, "0123456789") == std::strlen(d) && n.getSign() <= 1;
+    const size_t length = std::strspn(d, "0123456789");
+    return length <= 48 && std::count(d + length, d + ZuNumeric::MaxTextDigits + 1, '\0') == 49 - static_cast<long>(length) &&
+           n.getSign() <= 1;
 }
 
 } // namespace
