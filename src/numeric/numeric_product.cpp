@@ -54,7 +54,7 @@ void sixteenCharacters(std::uint64_t high, std::uint64_t low, char* out) {
 // product is below 10^16 and at most six meet in a limb: one carry pass suffices.
 template <int n>
 void multiplyLimbs(const char* a, const char* b, std::uint64_t* product) {
-    std::uint64_t x[n], y[n], p[2 * n] = {};
+    std::uint64_t x[n], y[n];
     for (int j = 0; j < n / 2; ++j) {
         const __m128i twoA = twoLimbs(a + 16 * j);
         const __m128i twoB = twoLimbs(b + 16 * j);
@@ -63,11 +63,12 @@ void multiplyLimbs(const char* a, const char* b, std::uint64_t* product) {
         y[n - 1 - 2 * j] = static_cast<std::uint64_t>(_mm_cvtsi128_si64(twoB));
         y[n - 2 - 2 * j] = static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(twoB, twoB)));
     }
-    for (int j = 0; j < n; ++j)
-        for (int i = 0; i < n; ++i) p[i + j] += x[i] * y[j];
+    // Column by column, each carried as it is complete.
     std::uint64_t carry = 0;
     for (int k = 0; k < 2 * n; ++k) {
-        const std::uint64_t t = p[k] + carry;
+        std::uint64_t t = 0;
+        for (int i = k < n ? 0 : k - n + 1; i <= (k < n ? k : n - 1); ++i) t += x[i] * y[k - i];
+        t += carry; // last, so that only this add waits for the previous column
         carry = t / kBase;
         product[k] = t - carry * kBase;
     }
