@@ -11,7 +11,8 @@
 
 class ZU_API ZuNumeric {
 public:
-    // Digits a result may need before it becomes zero; what the arithmetic keeps.
+    // Places the arithmetic works in: sums spanning more columns are zero, products are
+    // cut to this many digits.
     static constexpr int MaxDigits = 47;
     // Significant digits a text may carry (one more than MaxDigits; it is stored whole).
     static constexpr int MaxTextDigits = 48;
@@ -23,6 +24,7 @@ public:
     ZuNumeric(const ZuNumeric& other) = default;
     // Same as set(long).
     ZuNumeric(long value);
+    // The int overloads keep literal arguments such as 0 unambiguous.
     ZuNumeric(int value) : ZuNumeric(static_cast<long>(value)) {}
     // Same as set(const char*) on a zero; a refused text leaves the value zero.
     ZuNumeric(const char* text);
@@ -42,8 +44,9 @@ public:
     bool set(const char* text);
 
     // Formats into out, always NUL-terminated within size; nothing for null or size <= 0.
-    // A value below 1 starts with "." (".05"); "12" at position 4 gives "1200" when it fits,
-    // otherwise and for positions below the digits the exponent form ".5e-2" is used.
+    // Empty digits give "0". A value below 1 starts with "." (".05", and ".0" for the digit
+    // "0"); "12" at position 4 gives "1200" when it fits, otherwise, and for positions below
+    // 0, the exponent form (".5e-2"). A buffer too small cuts the text short.
     void get(char* out, int size) const;
     // Writes the digit values (0-9, not characters) right-aligned into out[0..95], the rest
     // zero; returns the number of digits from the first non-zero one.
@@ -72,7 +75,8 @@ public:
     ZuNumeric abs() const;
 
     // Converts the text from get (48-byte buffer) with strtod / strtol under the "C"
-    // numeric locale, then restores the previous one. Not thread-safe.
+    // numeric locale, then restores the previous one. Not thread-safe. A value whose text
+    // needs more room converts from the shortened text; strtol saturates silently.
     operator double() const;
     operator long() const;
 
@@ -89,9 +93,11 @@ public:
     ZuNumeric operator+(long value) const;
     ZuNumeric operator+(int value) const { return *this + static_cast<long>(value); }
     ZuNumeric operator-(const ZuNumeric& other) const;
-    // Exact digits of the product, cut to the 47 most significant. Deliberate: the point
-    // position is the sum of the operands' (1 - digit count below 1), capped at the
-    // product's length, so 1.5 * 1.5 gives 22.5 and 1e2 * 1e2 gives 1.
+    // Exact digits of the product, cut to the 47 most significant; the sign is set when
+    // exactly one operand is negative. Deliberate: the point position is the sum of the
+    // operands' positions (1 - digit count for a position below 1), capped at the product's
+    // length, so 1.5 * 1.5 gives 22.5 and 1e2 * 1e2 gives 1. A negative sum moves the digits
+    // right behind "0"s at position 0.
     ZuNumeric operator*(const ZuNumeric& other) const;
 
     // 1 for a negative value, 0 otherwise.

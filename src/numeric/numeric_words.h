@@ -1,11 +1,11 @@
 // Word-at-a-time helpers for ZuNumeric arithmetic (internal).
 //
-// The digit strings are worked on eight characters per 64-bit word, built and taken apart
-// in registers: storing characters and reading them back as words at other offsets would
-// stall on store forwarding. Two orientations are used: "character words" hold eight
-// characters in memory order (the first in the low byte); "value words" hold eight digit
-// values with the least significant (rightmost) digit in the low byte, so that carries
-// and borrows run from byte to byte like those of the 64-bit add itself.
+// The digit strings are worked on eight characters per 64-bit word, read straight from the
+// operands' arrays (a value's array holds NULs after its digits, which read as zero
+// digits). Two orientations are used: "character words" hold eight characters in memory
+// order (the first in the low byte); "value words" hold eight digit values with the least
+// significant (rightmost) digit in the low byte, so that carries and borrows run from byte
+// to byte like those of the 64-bit add itself.
 #ifndef ZU_SRC_NUMERIC_WORDS_H
 #define ZU_SRC_NUMERIC_WORDS_H
 
