@@ -1,6 +1,8 @@
 // A short tour of Zu: each section shows one subsystem and prints what it did.
 #include <zu/zu.h>
 
+#include <cstdint>
+#include <cstdio>
 #include <iostream>
 #include <string>
 
@@ -15,6 +17,76 @@ int main() {
     section("Strings");
     ZuString hello("hello, world");
     std::cout << "text: " << hello << " (" << hello.getLength() << " characters)\n";
+    ZuString copy(hello); // copies share one representation until one of them changes
+    std::cout << "copy shares: " << (copy.getInternal() == hello.getInternal() ? "yes" : "no");
+    copy.substitute(ZuString("o"), ZuString("0")).toUpper();
+    std::cout << ", after edit: " << copy << " / " << hello << "\n";
+    const ZuString abc("abc");
+    std::cout << "compare(\"abc\" 0..2, \"abc\") = " << abc.compare(abc, 0, 2)
+              << " (a range that stops early compares greater)\n";
+    std::cout << "quoted: ";
+    ZuString("say \"hi\"").writeQuoted(std::cout) << "\n";
+    section("Memory");
+    void* block = nullptr;
+    void* scratch = ZuCharPool::_Pool.take(block, 100, true);
+    ZuCharPool::_Pool.release(block);
+    void* again = ZuCharPool::_Pool.alloc(80, false);
+    std::cout << "pool block reused after release: " << (again == scratch ? "yes" : "no") << "\n";
+    const unsigned short euro[] = {0x20AC, 0x41, 0xD83D, 0xDE00, 0x21};
+    unsigned length = 0;
+    const unsigned char* utf8 = ZuI18n::Utf16ToUtf8(length, 5, euro);
+    std::cout << "UTF-16 20AC 0041 D83D DE00 0021 as UTF-8:";
+    for (unsigned i = 0; i < length; ++i) {
+        char hex[4];
+        std::snprintf(hex, sizeof hex, " %02X", utf8[i]);
+        std::cout << hex;
+    }
+    std::cout << "\n";
+    ZuCharPool::_Pool.printInformation(std::cout, "chars", 0);
+    section("Containers");
+    {
+        const char* planets[] = {"Mercury", "Venus", "Earth", "Mars"};
+        Zu_List list;
+        for (const char* p : planets)
+            list.a(const_cast<char*>(p));
+        list.push(const_cast<char*>(planets[2])); // Earth one place towards the front
+        std::cout << "list:";
+        Zu_LIterator it(list);
+        while (void* v = it.nextElement())
+            std::cout << " " << static_cast<const char*>(v);
+        std::cout << " (" << list.getLength() << " values)\n";
+
+        Zu_AList moons;
+        moons.a(const_cast<char*>(planets[2]), const_cast<char*>("Moon"));
+        moons.a(const_cast<char*>(planets[3]), const_cast<char*>("Phobos"));
+        moons.r(const_cast<char*>(planets[3]), const_cast<char*>("Deimos"));
+        std::cout << "association list: Mars -> "
+                  << static_cast<const char*>(moons.g(const_cast<char*>(planets[3]))) << "\n";
+
+        ZuStringHashTable table(17);
+        for (unsigned i = 0; i < 4; ++i)
+            table.insert(const_cast<char*>(planets[i]), reinterpret_cast<void*>(uintptr_t(i + 1)));
+        std::string key = "Earth"; // another pointer, same text
+        std::cout << "string table: Earth is planet "
+                  << reinterpret_cast<uintptr_t>(table.find(&key[0], nullptr, nullptr)) << "; sorted keys:";
+        unsigned count = 0;
+        const char** names = table.convertToStrings(count, true, true);
+        for (unsigned i = 0; i < count; ++i)
+            std::cout << " " << names[i];
+        std::cout << "\n";
+        delete[] names;
+    }
+    section("Locale");
+    const char* spellings[] = {"de_DE.ISO8859-1", "ja_JP.eucJP", "zh_HK.950",
+                               "french.utf8",     "ko_KR.EUC-KR", "C"};
+    for (const char* name : spellings) {
+        char* standard = ZuLocale::GetStdLocaleName(name);
+        std::cout << name << " -> " << (standard ? standard : "(no standard name)") << "\n";
+        delete[] standard;
+    }
+    char number[32];
+    ZuDoubleToString(number, 0.5, nullptr);
+    std::cout << "0.5 whatever the numeric locale: " << number << "\n";
     section("Decimal numbers");
     const auto show = [](const char* label, const ZuNumeric& n) {
         char text[64];

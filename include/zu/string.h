@@ -8,7 +8,12 @@
 // The representation is chosen at construction from MB_CUR_MAX (> 1: multibyte)
 // and kept when the locale changes later.
 // Ranges are (start, end) character positions with end exclusive; end -1 (or any
-// end past the text) means the end of the text. Nothing here is thread-safe.
+// end past the text) means the end of the text. A negative start is taken as 0 (save
+// the -1 of getLastIndexOf) and any other negative end makes a reversed range, so no
+// range can reach outside the text. Nothing here is thread-safe.
+// Two strings of different classes: an operation of a single-byte string (or of any
+// string once the locale is no longer multibyte) gives up (-1, false, unchanged); a
+// multibyte one reads the other's bytes in the current encoding.
 
 #include <zu/export.h>
 
@@ -44,7 +49,7 @@ public:
     virtual void toUpper() = 0;
     // A new representation of the same class, copy-constructed, count 0.
     virtual ZuInternalString* duplicate() const = 0;
-    // Replaces the byte buffer by an uninitialised one of size bytes when size differs
+    // Replaces the byte buffer by a new one of size bytes (at least 1) when size differs
     // from the current size. Deliberately loses the text and keeps the length.
     virtual void reserve(int size) = 0;
 
@@ -58,6 +63,10 @@ protected:
     // Copies size and length and the byte text; count 0.
     ZuInternalString(const ZuInternalString& other);
     ZuInternalString& operator=(const ZuInternalString&) = delete;
+
+    // The reserve of both classes. The new buffer is zero-filled and never smaller than
+    // the length + 1, so operations still indexing by the kept length stay inside it.
+    void reserveBytes(int size);
 
     char* _value;       // NUL-terminated byte text, owned
     uint64_t _size;     // byte length + 1
@@ -94,7 +103,8 @@ public:
     void reserve(int size) override;
 
     // Sets the text: length -1 means strlen(text); copy false adopts text (an array
-    // allocated with new[]); deleteOld releases the current byte array first.
+    // allocated with new[]); deleteOld releases the current byte array (after copying,
+    // and never when it is the adopted array itself). Null text is taken as "".
     void fillIn(const char* text, bool copy, int length, bool deleteOld);
 };
 
@@ -129,11 +139,13 @@ public:
     void reserve(int size) override;
 
     // Sets the text from bytes; copy false adopts text (new[]). Does nothing when
-    // copying the current byte text onto itself.
+    // copying the current byte text onto itself. Invalid text gives an empty text.
     void fillIn(const char* text, bool copy);
-    // Sets the text from wide characters (length -1: wcslen), then re-encodes the bytes.
+    // Sets the text from wide characters (length -1: wcslen), then re-encodes the bytes;
+    // deleteOld releases the current wide array (never when it is the adopted one).
     void fillWIn(wchar_t* text, bool copy, int length, bool deleteOld);
-    // Re-encodes _value from _wvalue.
+    // Re-encodes _value from _wvalue, releasing the previous byte array. A character the
+    // current encoding cannot hold makes the whole text empty.
     void update();
 
     const wchar_t* getWValue() const { return _wvalue; }
@@ -162,12 +174,14 @@ public:
     // made it for the current mode, a private empty representation before that.
     ZuString(const char* text);
     ZuString(std::nullptr_t);
-    // Adopts rep (its count is incremented).
+    // Adopts rep (its count is incremented); a null rep gives the empty string.
     ZuString(ZuInternalString* rep);
-    ZuString(const ZuString& other);
+    // Shares other's representation: one count increment (inline, as is the release).
+    ZuString(const ZuString& other) : _rep(other._rep) { ++_rep->_refCount; }
 
     // Number constructors: sprintf with the format, then a new representation of the
-    // current mode. The whole formatted text is kept, however long. Never shared.
+    // current mode. The whole formatted text is kept, however long (a null format gives
+    // ""). Never shared, not even when empty.
     ZuString(short value, const char* format = DefaultShortFormat);
     ZuString(unsigned short value, const char* format = DefaultUnsignedShortFormat);
     ZuString(int value, const char* format = DefaultIntegerFormat);
@@ -178,7 +192,10 @@ public:
     ZuString(float value, const char* format = DefaultFloatFormat);
     ZuString(double value, const char* format = DefaultDoubleFormat);
 
-    ~ZuString();
+    // Releases the representation, destroying it with its last handle.
+    ~ZuString() {
+        if (--_rep->_refCount == 0) delete _rep;
+    }
     // Safe on self-assignment.
     ZuString& operator=(const ZuString& other);
 
@@ -212,10 +229,13 @@ public:
     // empty pattern. Across representations the ranges are ignored (whole text, from 0).
     int getIndexOf(const ZuString& sub, int start = 0, int subStart = 0, int subEnd = -1) const;
     // Last position <= start of sub's range, or -1; start -1 means the end of the text.
+    // Deliberate: a start past length - n is first moved back to start - n + 1.
     int getLastIndexOf(const ZuString& sub, int start = -1, int subStart = 0,
                        int subEnd = -1) const;
     // True when getIndexOf(sub, 0, ...) is 0: an empty sub is a prefix of "" only.
     bool startsWith(const ZuString& sub, int subStart = 0, int subEnd = -1) const;
+    // True when the last occurrence of sub's range ends the text; an empty (or reversed)
+    // sub range ends every string.
     bool endsWith(const ZuString& sub, int subStart = 0, int subEnd = -1) const;
     // Shares this representation for the whole text; the shared empty string when
     // start is past the text.
@@ -226,6 +246,8 @@ public:
                       int withEnd = -1);
     // Replaces every occurrence of from's range inside [start, end) by to's range.
     // Left untouched (not detached) when the first occurrence is missing or at/after end.
+    // A same-length replacement is made in place, each search starting one character
+    // after the previous occurrence; otherwise occurrences are taken without overlap.
     ZuString& substitute(const ZuString& from, const ZuString& to, int start = 0, int end = -1,
                          int fromStart = 0, int fromEnd = -1, int toStart = 0, int toEnd = -1);
     ZuString& remove(int start = 0, int end = -1);
@@ -243,6 +265,7 @@ public:
     std::ostream& writeQuoted(std::ostream& os) const;
     // Skips to the first double quote, reads up to the closing one (consumed),
     // a backslash making the next character literal; end of stream ends the text.
+    // The text takes the current mode: a string of the other mode is left empty.
     std::istream& readQuoted(std::istream& is);
 
     // The representation (never null).
@@ -261,7 +284,9 @@ private:
 
 // Writes getValue() and nothing else.
 ZU_API std::ostream& operator<<(std::ostream& os, const ZuString& s);
-// Reads one word delimited by blank, newline, tab, carriage return or NUL.
+// Reads one word delimited by blank, newline, tab, carriage return or NUL (consumed).
+// A word ended by the end of the stream leaves eofbit set but not failbit. As with
+// readQuoted, the word takes the current mode.
 ZU_API std::istream& operator>>(std::istream& is, ZuString& s);
 
 // The shared empty strings, one per mode (single-byte, multibyte).

@@ -3,7 +3,14 @@
 
 // Everything Zu declares.
 #include <zu/export.h>
-#include <zu/numeric.h>
+#include <zu/alloc.h>
+#include <zu/pool.h>
+#include <zu/array.h>
+#include <zu/list.h>
+#include <zu/hash.h>
 #include <zu/string.h>
+#include <zu/i18n.h>
+#include <zu/locale.h>
+#include <zu/numeric.h>
 
 #endif
