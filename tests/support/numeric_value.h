@@ -1,21 +1,18 @@
-// Test helper: a decimal value in a form independent of how ZuNumeric holds it.
+// Test helpers for decimal numbers: the formatted text, and the value in a form that does
+// not depend on how ZuNumeric holds it.
 #ifndef ZU_TEST_NUMERIC_VALUE_H
 #define ZU_TEST_NUMERIC_VALUE_H
 
 #include <zu/numeric.h>
 
 #include <string>
+#include <tuple>
 
-// Value = (negative ? -1 : 1) * 0.digits * 10^exponent, digits without leading or trailing
-// zeros; zero has empty digits, exponent 0 and no sign.
-struct NumericValue {
-    bool negative;
-    std::string digits;
-    int exponent;
-    bool operator==(const NumericValue& o) const {
-        return negative == o.negative && digits == o.digits && exponent == o.exponent;
-    }
-};
+inline std::string text(const ZuNumeric& n, int size = 128) { char out[128]; return n.get(out, size), out; }
+
+// (negative, digits without leading or trailing zeros, E) for +-0.digits x 10^E; zero is
+// (false, "", 0).
+using NumericValue = std::tuple<bool, std::string, int>;
 
 inline NumericValue numericValue(bool negative, std::string digits, int point) {
     const size_t first = digits.find_first_not_of('0');
@@ -24,8 +21,6 @@ inline NumericValue numericValue(bool negative, std::string digits, int point) {
     return {negative, digits.substr(first), point - static_cast<int>(first)};
 }
 
-inline NumericValue numericValue(const ZuNumeric& n) {
-    return numericValue(n.getSign() != 0, n.getDigits(), n.getPointPosition());
-}
+inline NumericValue numericValue(const ZuNumeric& n) { return numericValue(n.getSign(), n.getDigits(), n.getPointPosition()); }
 
 #endif
