@@ -12,5 +12,9 @@
 #include <zu/i18n.h>
 #include <zu/locale.h>
 #include <zu/numeric.h>
+#include <zu/timezone.h>
+#include <zu/calendar.h>
+#include <zu/timeunit.h>
+#include <zu/url.h>
 
 #endif
