@@ -19,7 +19,7 @@ TEST(NumericFuzz, RandomTextsAndArithmeticStayInBounds) {
     for (int i = 0; i < 300000; ++i) {
         std::string t = std::string(" \t+-+-+-+-").substr(rng() % 10, rng() % 3);
         if (rng() % 4 == 0) { // anything from a number's alphabet and a few strangers
-            for (unsigned n = rng() % 80; n > 0; --n) t += "0123456789000.eE+- \t\x01\xff"[rng() % 24];
+            for (unsigned n = rng() % 80; n > 0; --n) t += "0123456789000.eE+- \t\x01\xff"[rng() % 22];
         } else {
             digits(t, rng() % 52);
             if (rng() % 2) t += '.', digits(t, rng() % 2 ? rng() % 52 : 0);
