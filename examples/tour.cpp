@@ -88,6 +88,16 @@ int main() {
     char number[32];
     ZuDoubleToString(number, 0.5, nullptr);
     std::cout << "0.5 whatever the numeric locale: " << number << "\n";
+    section("Decimal numbers");
+    const auto show = [](const char* label, const ZuNumeric& n) {
+        char text[64];
+        n.get(text, sizeof text);
+        std::cout << label << text << "\n";
+    };
+    show("0.1 + 0.2 = ", ZuNumeric("0.1") + ZuNumeric("0.2"));
+    show("123456789 * -987654321 = ", ZuNumeric(123456789L) * ZuNumeric("-987654321"));
+    for (const char* in : {"  -  12.500", "1e3", "0.0005", "5e-3", "123456789012345678901234567890.5"})
+        show((std::string("\"") + in + "\" reads as ").c_str(), ZuNumeric(in));
     section("URL streams");
     // A gzip file made on the spot, read back decompressed through a file: URL.
     if (std::system("printf 'Zu inflates this line on the fly\\nsecond line\\n' | gzip -c "

@@ -13,6 +13,7 @@
 #include <zu/locale.h>
 #include <zu/pathname.h>
 #include <zu/pathlist.h>
+#include <zu/numeric.h>
 #include <zu/timezone.h>
 #include <zu/calendar.h>
 #include <zu/timeunit.h>
