@@ -36,7 +36,6 @@ TEST(PathNormalise, StatedExamples) {
 TEST(PathNormalise, AgreesWithLexicallyNormal) {
     std::mt19937 random(20240611);
     const char* names[] = {"a", "b", "cc", "d.e", "..x", ".y"};
-    int checked = 0;
     for (int n = 0; n < 20000; ++n) {
         std::string text = names[random() % 6];
         int depth = 1;
@@ -63,17 +62,8 @@ TEST(PathNormalise, AgreesWithLexicallyNormal) {
         if (expected == ".") expected.clear();
         if (!expected.empty() && expected.back() != '/') expected += '/';
         const std::string ours = normalised(text.c_str());
-        ASSERT_EQ(ours, expected) << text;
-        // invariants: ends with "/", no "//", no "/./", no leading "./"
-        if (!ours.empty()) {
-            EXPECT_EQ(ours.back(), '/');
-        }
-        EXPECT_EQ(ours.find("//"), std::string::npos);
-        EXPECT_EQ(ours.find("/./"), std::string::npos);
-        EXPECT_NE(ours.rfind("./", 0), 0u);
-        ++checked;
+        ASSERT_EQ(ours, expected) << text; // so no "//", no "/./", a final "/"
     }
-    EXPECT_EQ(checked, 20000);
 }
 
 TEST(PathNormalise, LongInputsStayLinear) {

@@ -153,8 +153,7 @@ TEST(PathParse, DirectoryGetters) {
     EXPECT_STREQ(p.getDirName(true, ZuPathName::DosPathType).getValue(), "C:\\x\\y\\");
     EXPECT_STREQ(p.getDirName(false, ZuPathName::UnixPathType).getValue(), "/x/y");
     EXPECT_STREQ(p.getBaseName().getValue(), "f.txt");
-    ZuPathName e;
-    EXPECT_EQ(std::string(e.getUnixDirectory(true).getValue()) + e.getDirectory(false, ZuPathName::UnixPathType).getValue() +
-                  e.getDosDirectory(true).getValue() + ZuPathName("/").getUnixDirectory(false).getValue(),
-              "./..\\/");
+    const ZuPathName e;
+    EXPECT_STREQ(e.getDirectory(false, ZuPathName::UnixPathType).getValue(), ".");
+    EXPECT_STREQ(e.getDosDirectory(true).getValue(), ".\\");
 }
