@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <iostream>
+#include <sstream>
 #include <string>
 
 namespace {
@@ -87,5 +88,32 @@ int main() {
     char number[32];
     ZuDoubleToString(number, 0.5, nullptr);
     std::cout << "0.5 whatever the numeric locale: " << number << "\n";
+    section("XML");
+    {
+        const char* text = "<?xml version='1.0'?>\n"
+                           "<catalog owner='Ada'><book id='b1'>Engines</book></catalog>";
+        ZuXmlError::Reset();
+        std::istringstream in(text);
+        ZuXmlDocument doc;
+        doc.read(in);
+        ZuXmlElement* root = doc.getRootElement();
+        std::cout << "root: " << root->getTag() << ", owner=" << root->getAttributeValue("owner")
+                  << ", first book: " << root->getElement("book")->getText() << "\n";
+
+        std::istringstream broken("<catalog>\n  <book></bok>\n</catalog>");
+        ZuXmlDocument bad;
+        bad.read(broken);
+        ZuXmlError::Severity severity;
+        int code = 0, line = 0;
+        const char* name = ZuXmlError::Get(severity, code, line);
+        std::cout << "error: " << name << " (code " << code << ") at line " << line << "\n";
+        ZuXmlError::Reset();
+
+        ZuXmlElement* added = new ZuXmlElement("book");
+        added->addAttribute(new ZuXmlAttribute("id", "b2"));
+        root->addChild(added);
+        std::cout << "written back:\n";
+        doc.write(std::cout);
+    }
     return 0;
 }

@@ -11,5 +11,6 @@
 #include <zu/string.h>
 #include <zu/i18n.h>
 #include <zu/locale.h>
+#include <zu/xml.h>
 
 #endif
