@@ -12,5 +12,7 @@
 #include <zu/i18n.h>
 #include <zu/locale.h>
 #include <zu/xml.h>
+#include <zu/pathname.h>
+#include <zu/pathlist.h>
 
 #endif
