@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <sstream>
 #include <string>
@@ -114,6 +115,45 @@ int main() {
         root->addChild(added);
         std::cout << "written back:\n";
         doc.write(std::cout);
+    }
+    section("URL streams");
+    // A gzip file made on the spot, read back decompressed through a file: URL.
+    if (std::system("printf 'Zu inflates this line on the fly\\nsecond line\\n' | gzip -c "
+                    "> /tmp/zu_tour.txt.gz") != 0)
+        std::cout << "(gzip is needed for this section)\n";
+    ZuIUrlStream gz("file:/tmp/zu_tour.txt.gz", false);
+    std::string line;
+    std::getline(gz, line);
+    std::cout << "first line of file:/tmp/zu_tour.txt.gz: " << line << "\n";
+    section("Calendar and time");
+    {
+        ZuDateErrorCode code = kDateNoError;
+        ZuGregorianCalendar cal(1582, 9, 4, code);  // 4 October 1582, the last Julian day
+        auto print = [&](const char* what) {
+            std::cout << what << cal.get(ZuCalendar::kYear, code) << "-"
+                      << cal.get(ZuCalendar::kMonth, code) + 1 << "-"
+                      << cal.get(ZuCalendar::kDate, code) << " (day of the year "
+                      << cal.get(ZuCalendar::kDayOfYear, code) << ")\n";
+        };
+        print("before the cutover:   ");
+        cal.add(ZuCalendar::kDate, 1, code);
+        print("one day later:        ");
+        cal.set(2004, 0, 31);
+        cal.add(ZuCalendar::kMonth, 1, code);
+        print("31 January + 1 month: ");
+        cal.set(ZuCalendar::kHourOfDay, 15);
+        cal.set(ZuCalendar::kMinute, 20);
+        double instant = cal.getTimeInMillis(code);
+        const char* names[] = {"millisecond", "second", "minute", "hour", "day",
+                               "week", "month", "quarter", "year"};
+        ZuPredefinedUnits units;
+        std::cout << "2004-02-29 15:20 UTC at each time unit:";
+        for (const char* name : names) {
+            char* text = units.getNextUnit()->toString(instant);
+            std::cout << "\n  " << name << ": " << text;
+            delete[] text;
+        }
+        std::cout << "\n";
     }
     return 0;
 }

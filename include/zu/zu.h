@@ -14,5 +14,9 @@
 #include <zu/xml.h>
 #include <zu/pathname.h>
 #include <zu/pathlist.h>
+#include <zu/timezone.h>
+#include <zu/calendar.h>
+#include <zu/timeunit.h>
+#include <zu/url.h>
 
 #endif
