@@ -155,5 +155,23 @@ int main() {
         }
         std::cout << "\n";
     }
+    section("Modules");
+    {
+        // Found along ZUMODULEPATH (scripts/demo.sh points it at the sample module).
+        ZuSymbol* symbol = ZuSymbol::Get("tour", true);
+        std::cout << "symbol '" << symbol->getName() << "' interned once: "
+                  << (ZuSymbol::Get("tour", false) == symbol ? "yes" : "no") << "\n";
+        char answer[64] = "";
+        ZuModule* module = ZuModule::Load("greeter", answer);
+        if (module) {
+            std::cout << "loaded module '" << module->getDescriptor()->getName() << "' from "
+                      << module->getDescriptor()->getLibPath().getString(ZuPathName::UnixPathType)
+                      << "\nits entry point said: " << answer << "\n";
+            delete module;
+        } else {
+            std::cout << "greeter not found along ZUMODULEPATH ("
+                      << ZuModule::GetErrorName(ZuModule::GetError()) << ")\n";
+        }
+    }
     return 0;
 }

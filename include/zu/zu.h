@@ -14,6 +14,8 @@
 #include <zu/xml.h>
 #include <zu/pathname.h>
 #include <zu/pathlist.h>
+#include <zu/context.h>
+#include <zu/module.h>
 #include <zu/timezone.h>
 #include <zu/calendar.h>
 #include <zu/timeunit.h>

@@ -12,6 +12,7 @@
 #include "context/context_internal.h"
 
 #include <cstdlib>
+#include <cstring>
 #include <new>
 #include <strings.h>
 
