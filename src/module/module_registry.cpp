@@ -22,6 +22,15 @@ struct PendingClose {
 };
 PendingClose* pendingCloses = nullptr;
 
+// Modules still alive when their descriptors went (at teardown, mostly): their owners may
+// delete them later, so they are only remembered here, which keeps them reachable for
+// leak checkers instead of reported as lost.
+struct Orphan {
+    ZuModule* module;
+    Orphan* next;
+};
+Orphan* orphans = nullptr;
+
 char* copyName(const char* name) {
     if (!name || !*name)
         return nullptr;
@@ -78,6 +87,8 @@ _ZuModuleDescriptor::~_ZuModuleDescriptor() {
         // (in the library) may still run, so the library stays mapped.
         if (ZuModuleLoader::getDescriptor(_module) == this)
             ZuModuleLoader::setDescriptor(_module, nullptr);
+        if (Orphan* orphan = new (std::nothrow) Orphan{_module, orphans})
+            orphans = orphan;
     } else if (_handle) {
         dlclose(_handle);
     }
