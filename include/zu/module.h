@@ -40,8 +40,8 @@ public:
 // Base of the objects that modules' entry points return.
 class ZU_API ZuModule {
 public:
-    // Load failures; any other value is reported as "Unknown".
-    enum Error { NoError = 0, ModuleNotFound = 1, EntryPointNotFound = 2, DependencyNotResolved = 3 };
+    // Load failures; any other value (the type holds any int) is reported as "Unknown".
+    enum Error : int { NoError = 0, ModuleNotFound = 1, EntryPointNotFound = 2, DependencyNotResolved = 3 };
 
     ZuModule();
     // Deletes the descriptor, which leaves the registry. The library is closed at the
