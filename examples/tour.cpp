@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
+#include <sstream>
 #include <string>
 
 namespace {
@@ -98,6 +99,33 @@ int main() {
     show("123456789 * -987654321 = ", ZuNumeric(123456789L) * ZuNumeric("-987654321"));
     for (const char* in : {"  -  12.500", "1e3", "0.0005", "5e-3", "123456789012345678901234567890.5"})
         show((std::string("\"") + in + "\" reads as ").c_str(), ZuNumeric(in));
+    section("XML");
+    {
+        const char* text = "<?xml version='1.0'?>\n"
+                           "<catalog owner='Ada'><book id='b1'>Engines</book></catalog>";
+        ZuXmlError::Reset();
+        std::istringstream in(text);
+        ZuXmlDocument doc;
+        doc.read(in);
+        ZuXmlElement* root = doc.getRootElement();
+        std::cout << "root: " << root->getTag() << ", owner=" << root->getAttributeValue("owner")
+                  << ", first book: " << root->getElement("book")->getText() << "\n";
+
+        std::istringstream broken("<catalog>\n  <book></bok>\n</catalog>");
+        ZuXmlDocument bad;
+        bad.read(broken);
+        ZuXmlError::Severity severity;
+        int code = 0, line = 0;
+        const char* name = ZuXmlError::Get(severity, code, line);
+        std::cout << "error: " << name << " (code " << code << ") at line " << line << "\n";
+        ZuXmlError::Reset();
+
+        ZuXmlElement* added = new ZuXmlElement("book");
+        added->addAttribute(new ZuXmlAttribute("id", "b2"));
+        root->addChild(added);
+        std::cout << "written back:\n";
+        doc.write(std::cout);
+    }
     section("URL streams");
     // A gzip file made on the spot, read back decompressed through a file: URL.
     if (std::system("printf 'Zu inflates this line on the fly\\nsecond line\\n' | gzip -c "
@@ -154,6 +182,24 @@ int main() {
         ZuPathName found;
         if (search.findInPath(ZuPathName("passwd"), found, false))
             std::cout << "passwd found along " << search.getString() << ": " << found << "\n";
+    }
+    section("Modules");
+    {
+        // Found along ZUMODULEPATH (scripts/demo.sh points it at the sample module).
+        ZuSymbol* symbol = ZuSymbol::Get("tour", true);
+        std::cout << "symbol '" << symbol->getName() << "' interned once: "
+                  << (ZuSymbol::Get("tour", false) == symbol ? "yes" : "no") << "\n";
+        char answer[64] = "";
+        ZuModule* module = ZuModule::Load("greeter", answer);
+        if (module) {
+            std::cout << "loaded module '" << module->getDescriptor()->getName() << "' from "
+                      << module->getDescriptor()->getLibPath().getString(ZuPathName::UnixPathType)
+                      << "\nits entry point said: " << answer << "\n";
+            delete module;
+        } else {
+            std::cout << "greeter not found along ZUMODULEPATH ("
+                      << ZuModule::GetErrorName(ZuModule::GetError()) << ")\n";
+        }
     }
     return 0;
 }

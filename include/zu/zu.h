@@ -14,6 +14,9 @@
 #include <zu/pathname.h>
 #include <zu/pathlist.h>
 #include <zu/numeric.h>
+#include <zu/xml.h>
+#include <zu/context.h>
+#include <zu/module.h>
 #include <zu/timezone.h>
 #include <zu/calendar.h>
 #include <zu/timeunit.h>

@@ -1,0 +1,384 @@
+// XML parse and write throughput (MB/s) of Zu against pugixml, tinyxml2 and libxml2 on a
+// generated document of about 8 MB and one of about 2 KB, and the peak memory each
+// parser needs for the 8 MB document (measured in a child process). Ratios are printed
+// after the runs.
+#include <zu/xml.h>
+
+#include <benchmark/benchmark.h>
+
+#ifdef ZU_BENCH_PUGIXML
+#include <pugixml.hpp>
+#endif
+#ifdef ZU_BENCH_TINYXML2
+#include <tinyxml2.h>
+#endif
+#ifdef ZU_BENCH_LIBXML2
+#include <libxml/parser.h>
+#include <libxml/tree.h>
+#endif
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <sstream>
+#include <streambuf>
+#include <string>
+#include <vector>
+
+namespace {
+
+// A catalogue of records: attributes, short and long texts, an entity now and then,
+// a comment every tenth record, indented one element per line.
+std::string makeDocument(size_t targetBytes) {
+    static const char* const Words[] = {"alpha", "bravo", "charlie", "delta", "echo",
+                                        "foxtrot", "golf", "hotel", "india", "juliet",
+                                        "kilo", "lima", "mike", "november", "oscar"};
+    std::string s = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<catalog>\n";
+    unsigned seed = 12345;
+    auto next = [&seed]() { return seed = seed * 1103515245u + 12345u, (seed >> 8) & 0xFFFF; };
+    for (unsigned i = 0; s.size() < targetBytes; ++i) {
+        char head[160];
+        std::snprintf(head, sizeof head,
+                      "  <book id=\"bk%06u\" lang=\"en\" available=\"%s\">\n", i,
+                      i % 3 ? "yes" : "no");
+        s += head;
+        s += "    <title>";
+        for (int w = 0; w < 4; ++w) {
+            s += Words[next() % 15];
+            s += ' ';
+        }
+        s += "volume " + std::to_string(i) + "</title>\n";
+        s += "    <author>" + std::string(Words[next() % 15]) + " " + Words[next() % 15] +
+             "</author>\n";
+        s += "    <price currency=\"EUR\">" + std::to_string(next() % 100) + "." +
+             std::to_string(next() % 90 + 10) + "</price>\n";
+        s += "    <summary>";
+        const int words = 12 + next() % 20;
+        for (int w = 0; w < words; ++w) {
+            s += Words[next() % 15];
+            s += w % 9 == 8 ? " &amp; " : " ";
+        }
+        s += "</summary>\n";
+        if (i % 10 == 0)
+            s += "    <!-- reviewed -->\n";
+        s += "  </book>\n";
+    }
+    s += "</catalog>\n";
+    return s;
+}
+
+const std::string& largeDocument() {
+    static const std::string doc = makeDocument(8u << 20);
+    return doc;
+}
+
+const std::string& smallDocument() {
+    static const std::string doc = makeDocument(2000);
+    return doc;
+}
+
+// An input stream over a string without copying it.
+class MemoryBuf : public std::streambuf {
+public:
+    explicit MemoryBuf(const std::string& s) {
+        char* p = const_cast<char*>(s.data());
+        setg(p, p, p + s.size());
+    }
+};
+
+// ---- the parsers -----------------------------------------------------------------------
+
+void zuParse(const std::string& text) {
+    ZuXmlError::Reset();
+    MemoryBuf buf(text);
+    std::istream in(&buf);
+    ZuXmlDocument doc;
+    doc.read(in);
+    if (ZuXmlError::IsSet() || !doc.getRootElement())
+        std::abort();
+    benchmark::DoNotOptimize(doc.getRootElement());
+}
+
+#ifdef ZU_BENCH_PUGIXML
+void pugiParse(const std::string& text) {
+    pugi::xml_document doc;
+    if (!doc.load_buffer(text.data(), text.size()))
+        std::abort();
+    benchmark::DoNotOptimize(doc.first_child());
+}
+#endif
+
+#ifdef ZU_BENCH_TINYXML2
+void tinyParse(const std::string& text) {
+    tinyxml2::XMLDocument doc;
+    if (doc.Parse(text.data(), text.size()) != tinyxml2::XML_SUCCESS)
+        std::abort();
+    benchmark::DoNotOptimize(doc.RootElement());
+}
+#endif
+
+#ifdef ZU_BENCH_LIBXML2
+void libxmlParse(const std::string& text) {
+    xmlDocPtr doc = xmlReadMemory(text.data(), int(text.size()), nullptr, nullptr, 0);
+    if (!doc)
+        std::abort();
+    benchmark::DoNotOptimize(doc);
+    xmlFreeDoc(doc);
+}
+#endif
+
+template <void (*Parse)(const std::string&)>
+void parseBench(benchmark::State& state, const std::string& (*document)()) {
+    const std::string& text = document();
+    for (auto _ : state)
+        Parse(text);
+    state.SetBytesProcessed(int64_t(state.iterations()) * int64_t(text.size()));
+}
+
+// ---- the writers (output size is the measure) ------------------------------------------
+
+void zuWrite(benchmark::State& state, const std::string& (*document)()) {
+    ZuXmlError::Reset();
+    MemoryBuf buf(document());
+    std::istream in(&buf);
+    ZuXmlDocument doc;
+    doc.read(in);
+    size_t bytes = 0;
+    for (auto _ : state) {
+        std::ostringstream out;
+        doc.write(out);
+        bytes += out.str().size();
+    }
+    state.SetBytesProcessed(int64_t(bytes));
+}
+
+#ifdef ZU_BENCH_PUGIXML
+void pugiWrite(benchmark::State& state, const std::string& (*document)()) {
+    pugi::xml_document doc;
+    doc.load_buffer(document().data(), document().size());
+    size_t bytes = 0;
+    for (auto _ : state) {
+        std::ostringstream out;
+        doc.save(out);
+        bytes += out.str().size();
+    }
+    state.SetBytesProcessed(int64_t(bytes));
+}
+#endif
+
+#ifdef ZU_BENCH_TINYXML2
+void tinyWrite(benchmark::State& state, const std::string& (*document)()) {
+    tinyxml2::XMLDocument doc;
+    doc.Parse(document().data(), document().size());
+    size_t bytes = 0;
+    for (auto _ : state) {
+        tinyxml2::XMLPrinter printer;
+        doc.Print(&printer);
+        bytes += size_t(printer.CStrSize());
+    }
+    state.SetBytesProcessed(int64_t(bytes));
+}
+#endif
+
+#ifdef ZU_BENCH_LIBXML2
+void libxmlWrite(benchmark::State& state, const std::string& (*document)()) {
+    xmlDocPtr doc = xmlReadMemory(document().data(), int(document().size()), nullptr, nullptr, 0);
+    size_t bytes = 0;
+    for (auto _ : state) {
+        xmlChar* out = nullptr;
+        int size = 0;
+        xmlDocDumpMemory(doc, &out, &size);
+        bytes += size_t(size);
+        xmlFree(out);
+    }
+    xmlFreeDoc(doc);
+    state.SetBytesProcessed(int64_t(bytes));
+}
+#endif
+
+// ---- peak memory -------------------------------------------------------------------------
+
+long statusKb(const char* field) {
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    const size_t n = std::strlen(field);
+    while (std::getline(status, line)) {
+        if (line.compare(0, n, field) == 0)
+            return std::stol(line.substr(n + 1));
+    }
+    return -1;
+}
+
+// Peak resident growth, in bytes, while parsing the large document and holding its tree;
+// measured in a child so that every parser starts from the same state. -1 when the
+// peak cannot be reset (no /proc/self/clear_refs).
+long peakBytes(const std::function<void(const std::string&)>& parse) {
+    const std::string& text = largeDocument();
+    int pipeFd[2];
+    if (pipe(pipeFd) != 0)
+        return -1;
+    const pid_t pid = fork();
+    if (pid == 0) {
+        long result = -1;
+        std::ofstream clear("/proc/self/clear_refs");
+        clear << "5" << std::flush;
+        if (clear) {
+            const long base = statusKb("VmRSS:");
+            parse(text);
+            result = (statusKb("VmHWM:") - base) * 1024;
+        }
+        if (write(pipeFd[1], &result, sizeof result) != sizeof result)
+            _exit(1);
+        _exit(0);
+    }
+    close(pipeFd[1]);
+    long result = -1;
+    if (read(pipeFd[0], &result, sizeof result) != sizeof result)
+        result = -1;
+    close(pipeFd[0]);
+    int status = 0;
+    waitpid(pid, &status, 0);
+    return result;
+}
+
+// The parsers above destroy their tree before returning; these keep it until measured.
+void zuHold(const std::string& text) {
+    ZuXmlError::Reset();
+    MemoryBuf buf(text);
+    std::istream in(&buf);
+    static ZuXmlDocument doc;
+    doc.read(in);
+}
+
+// ---- summary -------------------------------------------------------------------------------
+
+class SummaryReporter : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& run : runs) {
+            auto it = run.counters.find("bytes_per_second");
+            if (it != run.counters.end())
+                _rates[run.benchmark_name()] = it->second.value / 1e6;
+        }
+    }
+
+    void printRatios() const {
+        static const char* const Peers[] = {"pugixml", "tinyxml2", "libxml2"};
+        std::printf("\nThroughput in MB/s, and Zu's ratio to each peer (above 1: Zu faster)\n");
+        for (const char* op : {"Parse", "Write"}) {
+            for (const char* size : {"8MB", "2KB"}) {
+                const std::string zu = std::string("Zu") + op + "/" + size;
+                auto z = _rates.find(zu);
+                if (z == _rates.end())
+                    continue;
+                std::printf("%s %s: Zu %.1f", op, size, z->second);
+                for (const char* peer : Peers) {
+                    auto p = _rates.find(std::string(peer) + op + "/" + size);
+                    if (p != _rates.end())
+                        std::printf(" | %s %.1f (x%.2f)", peer, p->second, z->second / p->second);
+                }
+                std::printf("\n");
+            }
+        }
+    }
+
+private:
+    std::map<std::string, double> _rates;
+};
+
+// Measured before any benchmark runs, so that no parser finds memory left by another.
+std::string measureMemory() {
+    const double input = double(largeDocument().size());
+    std::string report;
+    char text[160];
+    std::snprintf(text, sizeof text,
+                  "\nPeak memory parsing the %.1f MB document (tree kept), times the input size\n",
+                  input / 1e6);
+    report += text;
+    auto line = [input, &report, &text](const char* name, long bytes) {
+        if (bytes < 0)
+            std::snprintf(text, sizeof text, "  %-9s unavailable\n", name);
+        else
+            std::snprintf(text, sizeof text, "  %-9s %7.1f MB  x%.2f\n", name, double(bytes) / 1e6,
+                          double(bytes) / input);
+        report += text;
+    };
+    line("Zu", peakBytes(zuHold));
+#ifdef ZU_BENCH_PUGIXML
+    line("pugixml", peakBytes([](const std::string& t) {
+             static pugi::xml_document doc;
+             doc.load_buffer(t.data(), t.size());
+         }));
+#endif
+#ifdef ZU_BENCH_TINYXML2
+    line("tinyxml2", peakBytes([](const std::string& t) {
+             static tinyxml2::XMLDocument doc;
+             doc.Parse(t.data(), t.size());
+         }));
+#endif
+#ifdef ZU_BENCH_LIBXML2
+    line("libxml2", peakBytes([](const std::string& t) {
+             benchmark::DoNotOptimize(xmlReadMemory(t.data(), int(t.size()), nullptr, nullptr, 0));
+         }));
+#endif
+    return report;
+}
+
+void registerAll() {
+    struct Size {
+        const char* name;
+        const std::string& (*document)();
+    };
+    for (const Size& size : {Size{"8MB", largeDocument}, Size{"2KB", smallDocument}}) {
+        const std::string suffix = std::string("/") + size.name;
+        benchmark::RegisterBenchmark(("ZuParse" + suffix).c_str(), parseBench<zuParse>, size.document);
+#ifdef ZU_BENCH_PUGIXML
+        benchmark::RegisterBenchmark(("pugixmlParse" + suffix).c_str(), parseBench<pugiParse>, size.document);
+#endif
+#ifdef ZU_BENCH_TINYXML2
+        benchmark::RegisterBenchmark(("tinyxml2Parse" + suffix).c_str(), parseBench<tinyParse>, size.document);
+#endif
+#ifdef ZU_BENCH_LIBXML2
+        benchmark::RegisterBenchmark(("libxml2Parse" + suffix).c_str(), parseBench<libxmlParse>, size.document);
+#endif
+        benchmark::RegisterBenchmark(("ZuWrite" + suffix).c_str(), zuWrite, size.document);
+#ifdef ZU_BENCH_PUGIXML
+        benchmark::RegisterBenchmark(("pugixmlWrite" + suffix).c_str(), pugiWrite, size.document);
+#endif
+#ifdef ZU_BENCH_TINYXML2
+        benchmark::RegisterBenchmark(("tinyxml2Write" + suffix).c_str(), tinyWrite, size.document);
+#endif
+#ifdef ZU_BENCH_LIBXML2
+        benchmark::RegisterBenchmark(("libxml2Write" + suffix).c_str(), libxmlWrite, size.document);
+#endif
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    // A filtered run (a partial one, for profiling) leaves the memory figures out.
+    bool filtered = false;
+    for (int i = 1; i < argc; ++i)
+        filtered = filtered || std::strncmp(argv[i], "--benchmark_filter", 18) == 0;
+    registerAll();
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    std::printf("Documents: %zu bytes and %zu bytes\n", largeDocument().size(),
+                smallDocument().size());
+    const std::string memory = filtered ? std::string() : measureMemory();
+    SummaryReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    reporter.printRatios();
+    std::fputs(memory.c_str(), stdout);
+    benchmark::Shutdown();
+    return 0;
+}

@@ -1,0 +1,11 @@
+# libxml2 is the reference for the differential tests; without it they skip.
+find_package(PkgConfig QUIET)
+if(PKG_CONFIG_FOUND)
+  pkg_check_modules(ZU_TEST_LIBXML2 QUIET IMPORTED_TARGET libxml-2.0)
+endif()
+if(ZU_TEST_LIBXML2_FOUND)
+  target_link_libraries(${exe} PRIVATE PkgConfig::ZU_TEST_LIBXML2)
+  target_compile_definitions(${exe} PRIVATE ZU_TEST_LIBXML2)
+else()
+  message(STATUS "${exe}: libxml2 not found, the differential tests will skip")
+endif()

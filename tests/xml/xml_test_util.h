@@ -1,0 +1,37 @@
+// Helpers shared by the XML tests: parse a string into a document and read the error
+// record, write a document to a string.
+#ifndef ZU_TESTS_XML_TEST_UTIL_H
+#define ZU_TESTS_XML_TEST_UTIL_H
+
+#include <zu/xml.h>
+
+#include <sstream>
+#include <string>
+
+struct XmlOutcome {
+    int code;
+    int severity;
+    int line;
+    std::string name; // "" when Get returns null
+};
+
+// Resets the error record, reads text into doc and returns the record.
+inline XmlOutcome parseInto(ZuXmlDocumentI& doc, const std::string& text) {
+    ZuXmlError::Reset();
+    std::istringstream in(text);
+    doc.read(in);
+    ZuXmlError::Severity severity;
+    int code = 0, line = 0;
+    const char* name = ZuXmlError::Get(severity, code, line);
+    return {code, int(severity), line, name ? name : ""};
+}
+
+inline std::string written(const ZuXmlDocumentI& doc) {
+    std::ostringstream out;
+    doc.write(out);
+    return out.str();
+}
+
+inline unsigned nodeCount(const ZuXmlDocument& doc) { return doc.getNodes().getLength(); }
+
+#endif
