@@ -58,6 +58,29 @@ inline ChildResult runChild(const ChildEnv& env, const std::function<int()>& bod
     return result;
 }
 
+// In a child's body: reports the failed condition and leaves with exit code 1.
+#define CHILD_CHECK(condition)                                                              \
+    do {                                                                                    \
+        if (!(condition)) {                                                                 \
+            std::fprintf(stderr, "failed: %s (line %d)\n", #condition, __LINE__);           \
+            return 1;                                                                       \
+        }                                                                                   \
+    } while (0)
+
+// The pieces stand in text in this order (a piece may start where the previous one
+// started); the first missing one, or "" when all are there.
+inline std::string firstMissingInOrder(const std::string& text,
+                                       const std::vector<std::string>& pieces) {
+    size_t at = 0;
+    for (const std::string& piece : pieces) {
+        const size_t found = text.find(piece, at);
+        if (found == std::string::npos)
+            return piece;
+        at = found;
+    }
+    return "";
+}
+
 // A fresh temporary directory, removed with its contents when the object goes.
 class TempDir {
 public:

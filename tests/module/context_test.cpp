@@ -16,14 +16,6 @@
 
 namespace {
 
-#define CHILD_CHECK(condition)                                                              \
-    do {                                                                                    \
-        if (!(condition)) {                                                                 \
-            std::fprintf(stderr, "failed: %s (line %d)\n", #condition, __LINE__);           \
-            return 1;                                                                       \
-        }                                                                                   \
-    } while (0)
-
 ZuGlobalContext* context() { return ZuGlobalContext::GetInstance(); }
 
 int objectStorage = 0;

@@ -48,14 +48,6 @@ std::string libPathOf(const char* name) {
     return d ? d->getLibPath().getString(ZuPathName::UnixPathType).getValue() : "(none)";
 }
 
-#define CHILD_CHECK(condition)                                                              \
-    do {                                                                                    \
-        if (!(condition)) {                                                                 \
-            std::fprintf(stderr, "failed: %s (line %d)\n", #condition, __LINE__);           \
-            return 1;                                                                       \
-        }                                                                                   \
-    } while (0)
-
 ZuModule* keptModule = nullptr;
 
 bool has(const std::string& text, const std::string& piece) {
@@ -88,20 +80,14 @@ TEST(ModuleLoad, LoadsByNameThroughItsDescriptorWithTrace) {
         });
     EXPECT_EQ(r.exitCode, 0) << r.output;
     const std::string& p = dir.path();
-    const std::string lines[] = {
-        "ZuModuleLoader: Scanning " + p + "/plain.imd - lib=" + p + "/plain.so\n",
-        ") -> name=plain\n",
-        "ZuModuleLoader: Loading plain - lib=" + p + "/plain.so\n",
-        "_ZuModuleDesc::load lib=" + p + "/plain.so, entryPoint=ZuInitModule\n",
-        "init plain.so\n    => Success!\n",
-        ") -> name=plain\n",
-        "delete module\n"};
-    size_t at = 0;
-    for (const std::string& line : lines) {
-        const size_t found = r.output.find(line, at);
-        ASSERT_NE(found, std::string::npos) << "missing in order: " << line << r.output;
-        at = found + line.size();
-    }
+    EXPECT_EQ(firstMissingInOrder(
+                  r.output,
+                  {"ZuModuleLoader: Scanning " + p + "/plain.imd - lib=" + p + "/plain.so\n",
+                   ") -> name=plain\n", "ZuModuleLoader: Loading plain - lib=" + p + "/plain.so\n",
+                   "_ZuModuleDesc::load lib=" + p + "/plain.so, entryPoint=ZuInitModule\n",
+                   "init plain.so\n    => Success!\n", "delete module\n"}),
+              "")
+        << r.output;
     EXPECT_TRUE(has(r.output, "ZuModule::Load(0x")) << r.output;
 }
 
@@ -125,15 +111,12 @@ TEST(ModuleLoad, RequiredModulesLoadFirstDepthFirst) {
             return 0;
         });
     EXPECT_EQ(r.exitCode, 0) << r.output;
-    const char* order[] = {"    requires module: mid\n", "    requires module: plain\n",
-                           "init plain.so\n", "init mid.so\n", "    requires module: side\n",
-                           "init side.so\n", "init top.so\n"};
-    size_t at = 0;
-    for (const char* line : order) {
-        const size_t found = r.output.find(line, at);
-        ASSERT_NE(found, std::string::npos) << "missing in order: " << line << r.output;
-        at = found;
-    }
+    EXPECT_EQ(firstMissingInOrder(r.output, {"    requires module: mid\n",
+                                             "    requires module: plain\n", "init plain.so\n",
+                                             "init mid.so\n", "    requires module: side\n",
+                                             "init side.so\n", "init top.so\n"}),
+              "")
+        << r.output;
     EXPECT_FALSE(has(r.output, "Scanning")) << "scan tracing is off with \"load\"";
 }
 
