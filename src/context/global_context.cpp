@@ -62,6 +62,14 @@ void installDefaultLocale(ZuLocale* locale) {
 // exists is followed too.
 const bool hookInstalled = (ZuLocale::SetDefaultLocaleHook(installDefaultLocale), true);
 
+// Deletes what field points to, after clearing the field: code run by that deletion
+// finds the context without it.
+template <class T> void destroy(T*& field) {
+    T* doomed = field;
+    field = nullptr;
+    delete doomed;
+}
+
 // Lowers the reference count and destroys the extension at 0.
 void release(ZuLocaleExtension* extension) {
     if (extension && extension->removeReference() == 0)
@@ -148,9 +156,7 @@ ZuGlobalContext::~ZuGlobalContext() {
     _spare2 = nullptr;
     if (callFree)
         runCallbacks(_freeCallbacks);
-    Zu_List* freeCallbacks = _freeCallbacks;
-    _freeCallbacks = nullptr;
-    delete freeCallbacks;
+    destroy(_freeCallbacks);
 
     ZuModule::_DeleteModuleDescriptors();
 
@@ -170,27 +176,17 @@ ZuGlobalContext::~ZuGlobalContext() {
         }
     }
 
-    Zu_List* exitCallbacks = _exitCallbacks;
-    _exitCallbacks = nullptr;
-    delete exitCallbacks;
-    Zu_AList* values = _values;
-    _values = nullptr;
-    destroyValues(values); // pairs added by the callbacks
-    delete values;
-    ZuStringHashTable* symbols = _symbols;
-    _symbols = nullptr;
-    delete symbols;
+    destroy(_exitCallbacks);
+    destroyValues(_values); // pairs added by the callbacks
+    destroy(_values);
+    destroy(_symbols);
 
     ZuLocaleExtension* extension = _locale;
     _locale = nullptr;
     release(extension);
 
-    ZuPathList* modulePath = _modulePath;
-    _modulePath = nullptr;
-    delete modulePath;
-    ZuPathName* homePath = _homePath;
-    _homePath = nullptr;
-    delete homePath;
+    destroy(_modulePath);
+    destroy(_homePath);
 }
 
 ZuLocaleExtension* ZuGlobalContext::getLocale() const {
