@@ -5,9 +5,10 @@
 
 #include <benchmark/benchmark.h>
 
+#include "ratio_reporter.h"
+
 #include <algorithm>
 #include <cstdlib>
-#include <map>
 #include <numeric>
 #include <random>
 #include <string>
@@ -69,33 +70,6 @@ void managerLifo(benchmark::State& s) { cells<Manager>(s, inputs().lifo); }
 void mallocShuffled(benchmark::State& s) { cells<Malloc>(s, inputs().shuffled); }
 void managerShuffled(benchmark::State& s) { cells<Manager>(s, inputs().shuffled); }
 
-// Console output plus, on each "ZuMemoryManager" run, the ratio of CPU times to its
-// malloc peer (CPU time is steadier than wall time on a shared machine).
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    RatioReporter() : ConsoleReporter(OO_Tabular) {}
-
-    void ReportRuns(const std::vector<Run>& runs) override {
-        std::vector<Run> out = runs;
-        for (Run& run : out) {
-            std::string name = run.benchmark_name();
-            std::string peer = name;
-            size_t at = peer.find("ZuMemoryManager");
-            if (at == std::string::npos) {
-                _times[name] = run.GetAdjustedCPUTime();
-                continue;
-            }
-            peer.replace(at, std::string("ZuMemoryManager").size(), "malloc_free");
-            auto found = _times.find(peer);
-            if (found != _times.end() && run.GetAdjustedCPUTime() > 0)
-                run.counters["speedup"] = found->second / run.GetAdjustedCPUTime();
-        }
-        ConsoleReporter::ReportRuns(out);
-    }
-
-private:
-    std::map<std::string, double> _times;
-};
 
 } // namespace
 
@@ -107,11 +81,5 @@ BENCHMARK(managerShuffled)->Name("Cells/ZuMemoryManager/Shuffled");
 int main(int argc, char** argv) {
     // The manager is off unless switched on before its first use.
     setenv("ZU_MEMORYMANAGER", "yes", 1);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return 0;
+    return ZuRatioReporter("ZuMemoryManager", "malloc_free").runMain(argc, argv);
 }

@@ -8,11 +8,12 @@
 
 #include <benchmark/benchmark.h>
 
+#include "ratio_reporter.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <forward_list>
-#include <map>
 #include <random>
 #include <string>
 #include <string_view>
@@ -275,31 +276,6 @@ void findArgs(benchmark::internal::Benchmark* b) {
     b->ArgNames({"random", "presized"})->Args({0, 0})->Args({1, 0})->Args({1, 1});
 }
 
-// Console output plus, on each Zu run, its CPU time over its std peer's (the peer runs
-// first; CPU time is steadier than wall time on a shared machine).
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    RatioReporter() : ConsoleReporter(OO_Tabular) {}
-
-    void ReportRuns(const std::vector<Run>& runs) override {
-        std::vector<Run> out = runs;
-        for (Run& run : out) {
-            std::string name = run.benchmark_name();
-            if (name.compare(0, 3, "Zu/") != 0) {
-                _times[name.substr(name.find('/'))] = run.GetAdjustedCPUTime();
-                run.counters["zu/std"] = 1; // the reference; keeps one table header
-                continue;
-            }
-            auto peer = _times.find(name.substr(2));
-            if (peer != _times.end() && peer->second > 0)
-                run.counters["zu/std"] = run.GetAdjustedCPUTime() / peer->second;
-        }
-        ConsoleReporter::ReportRuns(out);
-    }
-
-private:
-    std::map<std::string, double> _times;
-};
 
 } // namespace
 
@@ -323,11 +299,5 @@ BENCHMARK(zuListIterate)->Name("Zu/List/Iterate10k");
 int main(int argc, char** argv) {
     // Cells come from the small-cell manager unless the caller chose otherwise.
     setenv("ZU_MEMORYMANAGER", "yes", 0);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return 0;
+    return ZuRatioReporter("Zu/", "Std/").runMain(argc, argv);
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <sstream>
 #include <string>
@@ -88,6 +89,16 @@ int main() {
     char number[32];
     ZuDoubleToString(number, 0.5, nullptr);
     std::cout << "0.5 whatever the numeric locale: " << number << "\n";
+    section("Decimal numbers");
+    const auto show = [](const char* label, const ZuNumeric& n) {
+        char text[64];
+        n.get(text, sizeof text);
+        std::cout << label << text << "\n";
+    };
+    show("0.1 + 0.2 = ", ZuNumeric("0.1") + ZuNumeric("0.2"));
+    show("123456789 * -987654321 = ", ZuNumeric(123456789L) * ZuNumeric("-987654321"));
+    for (const char* in : {"  -  12.500", "1e3", "0.0005", "5e-3", "123456789012345678901234567890.5"})
+        show((std::string("\"") + in + "\" reads as ").c_str(), ZuNumeric(in));
     section("XML");
     {
         const char* text = "<?xml version='1.0'?>\n"
@@ -114,6 +125,81 @@ int main() {
         root->addChild(added);
         std::cout << "written back:\n";
         doc.write(std::cout);
+    }
+    section("URL streams");
+    // A gzip file made on the spot, read back decompressed through a file: URL.
+    if (std::system("printf 'Zu inflates this line on the fly\\nsecond line\\n' | gzip -c "
+                    "> /tmp/zu_tour.txt.gz") != 0)
+        std::cout << "(gzip is needed for this section)\n";
+    ZuIUrlStream gz("file:/tmp/zu_tour.txt.gz", false);
+    std::string line;
+    std::getline(gz, line);
+    std::cout << "first line of file:/tmp/zu_tour.txt.gz: " << line << "\n";
+    section("Calendar and time");
+    {
+        ZuDateErrorCode code = kDateNoError;
+        ZuGregorianCalendar cal(1582, 9, 4, code);  // 4 October 1582, the last Julian day
+        auto print = [&](const char* what) {
+            std::cout << what << cal.get(ZuCalendar::kYear, code) << "-"
+                      << cal.get(ZuCalendar::kMonth, code) + 1 << "-"
+                      << cal.get(ZuCalendar::kDate, code) << " (day of the year "
+                      << cal.get(ZuCalendar::kDayOfYear, code) << ")\n";
+        };
+        print("before the cutover:   ");
+        cal.add(ZuCalendar::kDate, 1, code);
+        print("one day later:        ");
+        cal.set(2004, 0, 31);
+        cal.add(ZuCalendar::kMonth, 1, code);
+        print("31 January + 1 month: ");
+        cal.set(ZuCalendar::kHourOfDay, 15);
+        cal.set(ZuCalendar::kMinute, 20);
+        double instant = cal.getTimeInMillis(code);
+        const char* names[] = {"millisecond", "second", "minute", "hour", "day",
+                               "week", "month", "quarter", "year"};
+        ZuPredefinedUnits units;
+        std::cout << "2004-02-29 15:20 UTC at each time unit:";
+        for (const char* name : names) {
+            char* text = units.getNextUnit()->toString(instant);
+            std::cout << "\n  " << name << ": " << text;
+            delete[] text;
+        }
+        std::cout << "\n";
+    }
+    section("Path names");
+    {
+        ZuPathName dos;
+        dos.setDosValue("C:\\Users\\ada\\notes.txt");
+        std::cout << "DOS path: " << dos.getDosValue() << " -> Unix: " << dos.getUnixValue() << "\n";
+        ZuPathName messy("src/./zu//path/../string/./string.cpp");
+        std::cout << "normalised: " << static_cast<const char*>(messy) << "\n";
+        // The directory is matched as one string: "*.cpp" (no directory) only matches
+        // names without one, and a star after a literal prefix retries only from k+1 on.
+        for (const char* pattern : {"src/zu/*/*.cpp", "src/zu/string/str?ng.*", "src/*/*.(h|cpp)", "*.cpp"}) {
+            const bool hit = messy.match(ZuPathName(pattern));
+            std::cout << "  matches " << pattern << ": " << (hit ? "yes" : "no") << "\n";
+        }
+        ZuPathList search("/nonexistent:/usr/share:/etc");
+        ZuPathName found;
+        if (search.findInPath(ZuPathName("passwd"), found, false))
+            std::cout << "passwd found along " << search.getString() << ": " << found << "\n";
+    }
+    section("Modules");
+    {
+        // Found along ZUMODULEPATH (scripts/demo.sh points it at the sample module).
+        ZuSymbol* symbol = ZuSymbol::Get("tour", true);
+        std::cout << "symbol '" << symbol->getName() << "' interned once: "
+                  << (ZuSymbol::Get("tour", false) == symbol ? "yes" : "no") << "\n";
+        char answer[64] = "";
+        ZuModule* module = ZuModule::Load("greeter", answer);
+        if (module) {
+            std::cout << "loaded module '" << module->getDescriptor()->getName() << "' from "
+                      << module->getDescriptor()->getLibPath().getString(ZuPathName::UnixPathType)
+                      << "\nits entry point said: " << answer << "\n";
+            delete module;
+        } else {
+            std::cout << "greeter not found along ZUMODULEPATH ("
+                      << ZuModule::GetErrorName(ZuModule::GetError()) << ")\n";
+        }
     }
     return 0;
 }

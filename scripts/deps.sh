@@ -21,3 +21,6 @@ zu_need_packages() {
 ZU_BUILD_PACKAGES=(cmake make g++ zlib1g-dev)
 ZU_TEST_PACKAGES=(libgtest-dev libgmock-dev libbenchmark-dev locales)
 ZU_TEST_PACKAGES+=(libxml2-dev libpugixml-dev libtinyxml2-dev)
+ZU_TEST_PACKAGES+=(python3 python3-pyftpdlib gzip zip)
+ZU_TEST_PACKAGES+=(libicu-dev)
+ZU_TEST_PACKAGES+=(libboost-dev)

@@ -32,8 +32,8 @@ public:
     // counted event), "update" gives 1 (statistics kept silently), anything else 0.
     static unsigned int GetTraceMode();
 
-    // The mode in force; set by the manager's constructor from GetTraceMode(). Changing
-    // it after the first alloc or release is not supported (the fast paths cache it).
+    // The mode in force; set by the manager's constructor from GetTraceMode(). A mode
+    // set here later takes effect at the next alloc or release.
     static unsigned int Trace;
 };
 
@@ -97,7 +97,7 @@ private:
     void* _chunks[MaxChunks];
     uint32_t _chunkSizes[MaxChunks];
     unsigned _chunkCount;
-    bool _fastPath;           // switch settled and on, statistics off: inline paths serve
+    bool _fastPath;           // switch settled and on: inline paths serve when Trace is 0
 };
 
 // The common cases are inline so that a cell costs no call: a cell taken from a free
@@ -109,7 +109,7 @@ inline ZuMemoryManager* ZuMemoryManager::GetInstance() {
 
 inline void* ZuMemoryManager::alloc(size_t size) {
     // size - 1 wraps for 0, which takes the slow path (served as 8 bytes there).
-    if (_fastPath && size - 1 < 64) {
+    if (_fastPath && ZuMemoryManagerStats::Trace == 0 && size - 1 < 64) {
         const size_t k = (size - 1) >> 3;
         void* cell = _freeLists[k];
         if (cell) {
@@ -130,7 +130,7 @@ inline void* ZuMemoryManager::alloc(size_t size) {
 }
 
 inline void ZuMemoryManager::release(void* p, size_t size) {
-    if (_fastPath && p && size - 1 < 64) {
+    if (_fastPath && ZuMemoryManagerStats::Trace == 0 && p && size - 1 < 64) {
         void*& head = _freeLists[(size - 1) >> 3];
         std::memcpy(p, &head, sizeof head);
         head = p;

@@ -30,7 +30,8 @@ public:
     // Does nothing when n is below the length. A capacity of 0 releases the storage.
     void setMaxLength(unsigned n, bool exact);
 
-    // Inserts count values before position; a position past the end appends.
+    // Inserts count values before position; a position past the end appends. The values
+    // may come from this array itself: they are inserted as they were before the call.
     void insert(void* const* values, unsigned count, unsigned position);
 
     // Removes the positions from up to, not including, to. A to past the end or below

@@ -144,4 +144,29 @@ ZU_API void AddValue(void* key, void* value, void* cursor);
 // advances that cursor by one slot.
 ZU_API void AddTag(void* key, void* value, void* cursor);
 
+// An interned name kept in the global context's symbol table, with one pointer of user
+// data. Symbols are made and registered by Get; the context deletes those still
+// registered when it is torn down at exit. Not copyable.
+class ZU_API ZuSymbol {
+public:
+    // The registered symbol named name; when absent, a new one registered under that
+    // name if create is true, else null. Null for a null name.
+    static ZuSymbol* Get(const char* name, bool create);
+
+    // Copies name (null stays null); data null. Does not register the symbol.
+    explicit ZuSymbol(const char* name);
+    // Leaves the symbol table when it is the symbol registered under its name, then
+    // releases the name.
+    ~ZuSymbol();
+    ZuSymbol(const ZuSymbol&) = delete;
+    ZuSymbol& operator=(const ZuSymbol&) = delete;
+
+    const char* getName() const { return _name; }
+    void* getData() const { return _data; }
+    void setData(void* data) { _data = data; }
+
+    char* _name;  // owned copy (array new)
+    void* _data;  // for the user, never read by the library
+};
+
 #endif

@@ -100,7 +100,7 @@ public:
     void e() const;
     // Moves every registered safe iterator standing on c to c's successor.
     void n(Cell* c) const;
-    // Registers a safe iterator (newest first).
+    // Registers a safe iterator (newest first); nothing when it is already registered.
     void ai(Zu_SLIterator* it) const;
     // Unregisters a safe iterator; nothing when it is not registered.
     void ri(Zu_SLIterator* it) const;
@@ -173,7 +173,8 @@ public:
     // Frees every cell; registered safe iterators end (e()).
     void clear();
 
-    // As for Zu_List: list gone, list emptied, cell c leaving, register, unregister.
+    // As for Zu_List: list gone, list emptied, cell c leaving, register (nothing when
+    // already registered), unregister.
     void d() const;
     void e() const;
     void n(Cell* c) const;

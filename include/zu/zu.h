@@ -11,6 +11,15 @@
 #include <zu/string.h>
 #include <zu/i18n.h>
 #include <zu/locale.h>
+#include <zu/pathname.h>
+#include <zu/pathlist.h>
+#include <zu/numeric.h>
 #include <zu/xml.h>
+#include <zu/context.h>
+#include <zu/module.h>
+#include <zu/timezone.h>
+#include <zu/calendar.h>
+#include <zu/timeunit.h>
+#include <zu/url.h>
 
 #endif

@@ -2,6 +2,8 @@
 #include <zu/alloc.h>
 #include <zu/list.h>
 
+#include "safe_iterators.h"
+
 static_assert(sizeof(Zu_AList::Cell) == 24, "association cells are 24-byte manager cells");
 
 // ---- Cell --------------------------------------------------------------------------
@@ -171,44 +173,15 @@ void Zu_AList::clear() {
 
 // ---- safe iterator registry ----------------------------------------------------------
 
-void Zu_AList::d() const {
-    for (Zu_SALIterator* it = _iterators; it;) {
-        Zu_SALIterator* next = it->_nextIterator;
-        it->_list = nullptr;
-        it->_cell = nullptr;
-        it->_nextIterator = nullptr;
-        it = next;
-    }
-    _iterators = nullptr;
-}
+void Zu_AList::d() const { detachIterators(_iterators); }
 
-void Zu_AList::e() const {
-    for (Zu_SALIterator* it = _iterators; it; it = it->_nextIterator)
-        it->_cell = nullptr;
-}
+void Zu_AList::e() const { endIterators(_iterators); }
 
-void Zu_AList::n(Cell* c) const {
-    for (Zu_SALIterator* it = _iterators; it; it = it->_nextIterator)
-        if (it->_cell == c)
-            it->_cell = c->_next;
-}
+void Zu_AList::n(Cell* c) const { stepIteratorsOff(_iterators, c); }
 
-void Zu_AList::ai(Zu_SALIterator* it) const {
-    if (!it)
-        return;
-    it->_nextIterator = _iterators;
-    _iterators = it;
-}
+void Zu_AList::ai(Zu_SALIterator* it) const { linkIterator(_iterators, it); }
 
-void Zu_AList::ri(Zu_SALIterator* it) const {
-    for (Zu_SALIterator** link = &_iterators; *link; link = &(*link)->_nextIterator) {
-        if (*link == it) {
-            *link = it->_nextIterator;
-            it->_nextIterator = nullptr;
-            return;
-        }
-    }
-}
+void Zu_AList::ri(Zu_SALIterator* it) const { unlinkIterator(_iterators, it); }
 
 // ---- iterators -----------------------------------------------------------------------
 
@@ -223,16 +196,7 @@ Zu_SALIterator::Zu_SALIterator(const Zu_SALIterator& other)
 }
 
 Zu_SALIterator& Zu_SALIterator::operator=(const Zu_SALIterator& other) {
-    if (this == &other)
-        return *this;
-    if (_list)
-        _list->ri(this);
-    _list = other._list;
-    _cell = other._cell;
-    _nextIterator = nullptr;
-    if (_list)
-        _list->ai(this);
-    return *this;
+    return assignIterator(*this, other);
 }
 
 Zu_SALIterator::~Zu_SALIterator() {

@@ -77,15 +77,28 @@ void ZuArray::insert(void* const* values, unsigned count, unsigned position) {
         return; // the length could not be represented
     if (position > _length)
         position = _length;
-    if (_length + count > _maxLength) {
-        setMaxLength(_length + count, false);
-        if (_length + count > _maxLength)
-            return; // storage could not grow
+    // Values taken from this array's own storage would move (or be freed by a
+    // reallocation) before they are copied in: insert a copy of them instead.
+    void** copy = nullptr;
+    const uintptr_t from = reinterpret_cast<uintptr_t>(values);
+    const uintptr_t start = reinterpret_cast<uintptr_t>(_data);
+    if (_data && from < start + sizeof(void*) * size_t(_maxLength) &&
+        from + sizeof(void*) * size_t(count) > start) {
+        copy = static_cast<void**>(ZuMalloc(sizeof(void*) * size_t(count)));
+        if (!copy)
+            return;
+        ZuMemMove(copy, values, sizeof(void*) * size_t(count));
+        values = copy;
     }
-    ZuMemMove(_data + position + count, _data + position,
-              sizeof(void*) * size_t(_length - position));
-    ZuMemMove(_data + position, values, sizeof(void*) * size_t(count));
-    _length += count;
+    if (_length + count > _maxLength)
+        setMaxLength(_length + count, false);
+    if (_length + count <= _maxLength) { // else the storage could not grow
+        ZuMemMove(_data + position + count, _data + position,
+                  sizeof(void*) * size_t(_length - position));
+        ZuMemMove(_data + position, values, sizeof(void*) * size_t(count));
+        _length += count;
+    }
+    ZuFree(copy);
 }
 
 void ZuArray::erase(unsigned from, unsigned to) {

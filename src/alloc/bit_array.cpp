@@ -40,7 +40,10 @@ ZuBitArray& ZuBitArray::operator=(const ZuBitArray& other) {
     unsigned char* bits = allocateBits(other._length);
     if (!bits)
         return *this;
-    memcpy(bits, other._bits, byteCount(other._length) + 1);
+    if (other._bits)
+        memcpy(bits, other._bits, byteCount(other._length) + 1);
+    else
+        memset(bits, 0, byteCount(other._length) + 1);
     ZuFree(_bits);
     _bits = bits;
     _length = other._length;

@@ -2,6 +2,8 @@
 #include <zu/alloc.h>
 #include <zu/list.h>
 
+#include "safe_iterators.h"
+
 static_assert(sizeof(Zu_List::Cell) == 16, "list cells are 16-byte manager cells");
 static_assert(sizeof(Zu_List) == 32, "lists are 32-byte manager cells");
 
@@ -248,44 +250,15 @@ void Zu_List::clear() {
 
 // ---- safe iterator registry ----------------------------------------------------------
 
-void Zu_List::d() const {
-    for (Zu_SLIterator* it = _iterators; it;) {
-        Zu_SLIterator* next = it->_nextIterator;
-        it->_list = nullptr;
-        it->_cell = nullptr;
-        it->_nextIterator = nullptr;
-        it = next;
-    }
-    _iterators = nullptr;
-}
+void Zu_List::d() const { detachIterators(_iterators); }
 
-void Zu_List::e() const {
-    for (Zu_SLIterator* it = _iterators; it; it = it->_nextIterator)
-        it->_cell = nullptr;
-}
+void Zu_List::e() const { endIterators(_iterators); }
 
-void Zu_List::n(Cell* c) const {
-    for (Zu_SLIterator* it = _iterators; it; it = it->_nextIterator)
-        if (it->_cell == c)
-            it->_cell = c->_next;
-}
+void Zu_List::n(Cell* c) const { stepIteratorsOff(_iterators, c); }
 
-void Zu_List::ai(Zu_SLIterator* it) const {
-    if (!it)
-        return;
-    it->_nextIterator = _iterators;
-    _iterators = it;
-}
+void Zu_List::ai(Zu_SLIterator* it) const { linkIterator(_iterators, it); }
 
-void Zu_List::ri(Zu_SLIterator* it) const {
-    for (Zu_SLIterator** link = &_iterators; *link; link = &(*link)->_nextIterator) {
-        if (*link == it) {
-            *link = it->_nextIterator;
-            it->_nextIterator = nullptr;
-            return;
-        }
-    }
-}
+void Zu_List::ri(Zu_SLIterator* it) const { unlinkIterator(_iterators, it); }
 
 // ---- iterators -----------------------------------------------------------------------
 
@@ -300,16 +273,7 @@ Zu_SLIterator::Zu_SLIterator(const Zu_SLIterator& other)
 }
 
 Zu_SLIterator& Zu_SLIterator::operator=(const Zu_SLIterator& other) {
-    if (this == &other)
-        return *this;
-    if (_list)
-        _list->ri(this);
-    _list = other._list;
-    _cell = other._cell;
-    _nextIterator = nullptr;
-    if (_list)
-        _list->ai(this);
-    return *this;
+    return assignIterator(*this, other);
 }
 
 Zu_SLIterator::~Zu_SLIterator() {

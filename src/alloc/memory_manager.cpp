@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <string>
 
 unsigned int ZuMemoryManagerStats::Trace = 0;
 
@@ -101,14 +102,15 @@ ZuMemoryManager::ZuMemoryManager()
 }
 
 void ZuMemoryManager::status(std::ostream& os) const {
+    // The counts are always decimal, whatever number base the stream is set to.
     os << "STATUS OF SMALL CELLS MEMORY:\n"
-       << "CURRENTLY ALLOCATED MEMORY " << _allocated << " BYTES.\n"
-       << "CURRENTLY USED MEMORY " << _used << " BYTES.\n";
+       << "CURRENTLY ALLOCATED MEMORY " << std::to_string(_allocated) << " BYTES.\n"
+       << "CURRENTLY USED MEMORY " << std::to_string(_used) << " BYTES.\n";
 }
 
 void* ZuMemoryManager::allocSlow(size_t size) {
     settleSwitch();
-    _fastPath = s_useMemoryManager && ZuMemoryManagerStats::Trace == 0;
+    _fastPath = s_useMemoryManager;
     if (!s_useMemoryManager)
         return ZuMalloc(size);
     if (size == 0)
@@ -191,7 +193,7 @@ void ZuMemoryManager::releaseSlow(void* p, size_t size) {
     if (!p)
         return;
     settleSwitch();
-    _fastPath = s_useMemoryManager && ZuMemoryManagerStats::Trace == 0;
+    _fastPath = s_useMemoryManager;
     if (!s_useMemoryManager || size > LargestCell) {
         ZuFree(p);
         return;

@@ -138,12 +138,10 @@ void ZuMBString::update() {
 }
 
 ZuInternalString* ZuMBString::getSubString(int start, int end) {
-    const int64_t from = std::min<int64_t>(std::max(start, 0), _length);
-    int count = -1;
-    if (end != -1 && end <= _length) {
-        if (end <= from) return ZuEmptyInitialization::GetEmpty()->getInternal();
-        count = static_cast<int>(end - from);
-    }
+    int64_t from;
+    int count;
+    if (!subStringRange(start, end, _length, from, count))
+        return ZuEmptyInitialization::GetEmpty()->getInternal();
     ZuMBString* sub = new ZuMBString("");
     sub->fillWIn(_wvalue + from, true, count, true);
     return sub;
@@ -153,26 +151,14 @@ int ZuMBString::getIndexOf(const ZuInternalString& sub, int start, int subStart,
                            int subEnd) const {
     const ZuMBString* s = sameClass(sub);
     if (!s) return -1;
-    int64_t from = subStart, to = subEnd;
-    normaliseRange(from, to, s->_length);
-    if (to <= from) return static_cast<int>(_length);
-    return static_cast<int>(findFirst(_wvalue, _length, s->_wvalue + from, to - from, start));
+    return indexOfRange(_wvalue, _length, s->_wvalue, s->_length, start, subStart, subEnd);
 }
 
 int ZuMBString::getLastIndexOf(const ZuInternalString& sub, int start, int subStart,
                                int subEnd) const {
     const ZuMBString* s = sameClass(sub);
     if (!s) return -1;
-    int64_t from = subStart, to = subEnd;
-    normaliseRange(from, to, s->_length);
-    const int64_t n = to - from;
-    if (n > _length) return -1;
-    int64_t at = start;
-    if (at == -1 || at > _length) at = _length;
-    if (at > _length - n) at = at - n + 1;
-    if (at < 0) return -1;
-    if (n == 0) return static_cast<int>(at);
-    return static_cast<int>(findLast(_wvalue, _length, s->_wvalue + from, n, at));
+    return lastIndexOfRange(_wvalue, _length, s->_wvalue, s->_length, start, subStart, subEnd);
 }
 
 bool ZuMBString::isBlank() const {
@@ -213,19 +199,13 @@ void ZuMBString::replace(const ZuInternalString& with, int start, int end, int w
                          int withEnd) {
     const ZuMBString* w = sameClass(with);
     if (!w) return;
-    const int64_t from = std::max(start, 0), to = clampEnd(end, _length);
-    if (to < from) return;
-    const int64_t wFrom = std::max(withStart, 0), wTo = clampEnd(withEnd, w->_length);
-    if (wTo < wFrom) return;
-    const int64_t newLength = wTo - wFrom;
-    if (newLength != to - from) {
-        fillWIn(spliced(_wvalue, _length, from, to, w->_wvalue + wFrom, newLength), false, -1,
-                true);
-    } else {
-        // with may be this very representation: the ranges may overlap.
-        std::wmemmove(_wvalue + from, w->_wvalue + wFrom, static_cast<size_t>(newLength));
+    bool edited = false;
+    auto* result =
+        replaceRange(_wvalue, _length, start, end, w->_wvalue, w->_length, withStart, withEnd, edited);
+    if (result)
+        fillWIn(result, false, -1, true);
+    else if (edited)
         fillWIn(_wvalue, false, -1, false);
-    }
 }
 
 void ZuMBString::substitute(const ZuInternalString& from, const ZuInternalString& to,
@@ -234,15 +214,9 @@ void ZuMBString::substitute(const ZuInternalString& from, const ZuInternalString
     const ZuMBString* f = sameClass(from);
     const ZuMBString* t = sameClass(to);
     if (!f || !t) return;
-    const int64_t s = std::max(start, 0), e = clampEnd(end, _length);
-    if (e <= s) return;
-    const int64_t fs = std::max(fromStart, 0), fe = clampEnd(fromEnd, f->_length);
-    if (fe <= fs) return;
-    const int64_t ts = std::max(toStart, 0), te = clampEnd(toEnd, t->_length);
-    if (te < ts) return;
     bool edited = false;
-    wchar_t* result = substituteAll(_wvalue, _length, s, e, f->_wvalue + fs, fe - fs,
-                                    t->_wvalue + ts, te - ts, edited);
+    auto* result = substituteRanges(_wvalue, _length, start, end, f->_wvalue, f->_length, fromStart,
+                                    fromEnd, t->_wvalue, t->_length, toStart, toEnd, edited);
     if (result)
         fillWIn(result, false, -1, true);
     else if (edited)

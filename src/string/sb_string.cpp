@@ -69,12 +69,10 @@ void ZuSBString::fillIn(const char* text, bool copy, int length, bool deleteOld)
 }
 
 ZuInternalString* ZuSBString::getSubString(int start, int end) {
-    const int64_t from = std::min<int64_t>(std::max(start, 0), _length);
-    int count = -1;
-    if (end != -1 && end <= _length) {
-        if (end <= from) return ZuEmptyInitialization::GetEmpty()->getInternal();
-        count = static_cast<int>(end - from);
-    }
+    int64_t from;
+    int count;
+    if (!subStringRange(start, end, _length, from, count))
+        return ZuEmptyInitialization::GetEmpty()->getInternal();
     ZuSBString* sub = new ZuSBString("");
     sub->fillIn(_value + from, true, count, true);
     return sub;
@@ -84,26 +82,14 @@ int ZuSBString::getIndexOf(const ZuInternalString& sub, int start, int subStart,
                            int subEnd) const {
     const ZuSBString* s = sameClass(sub);
     if (!s) return -1;
-    int64_t from = subStart, to = subEnd;
-    normaliseRange(from, to, s->_length);
-    if (to <= from) return static_cast<int>(_length);
-    return static_cast<int>(findFirst(_value, _length, s->_value + from, to - from, start));
+    return indexOfRange(_value, _length, s->_value, s->_length, start, subStart, subEnd);
 }
 
 int ZuSBString::getLastIndexOf(const ZuInternalString& sub, int start, int subStart,
                                int subEnd) const {
     const ZuSBString* s = sameClass(sub);
     if (!s) return -1;
-    int64_t from = subStart, to = subEnd;
-    normaliseRange(from, to, s->_length);
-    const int64_t n = to - from;
-    if (n > _length) return -1;
-    int64_t at = start;
-    if (at == -1 || at > _length) at = _length;
-    if (at > _length - n) at = at - n + 1;
-    if (at < 0) return -1;
-    if (n == 0) return static_cast<int>(at);
-    return static_cast<int>(findLast(_value, _length, s->_value + from, n, at));
+    return lastIndexOfRange(_value, _length, s->_value, s->_length, start, subStart, subEnd);
 }
 
 bool ZuSBString::isBlank() const {
@@ -134,18 +120,13 @@ void ZuSBString::replace(const ZuInternalString& with, int start, int end, int w
                          int withEnd) {
     const ZuSBString* w = sameClass(with);
     if (!w) return;
-    const int64_t from = std::max(start, 0), to = clampEnd(end, _length);
-    if (to < from) return;
-    const int64_t wFrom = std::max(withStart, 0), wTo = clampEnd(withEnd, w->_length);
-    if (wTo < wFrom) return;
-    const int64_t newLength = wTo - wFrom;
-    if (newLength != to - from) {
-        fillIn(spliced(_value, _length, from, to, w->_value + wFrom, newLength), false, -1, true);
-    } else {
-        // with may be this very representation: the ranges may overlap.
-        std::memmove(_value + from, w->_value + wFrom, static_cast<size_t>(newLength));
+    bool edited = false;
+    auto* result =
+        replaceRange(_value, _length, start, end, w->_value, w->_length, withStart, withEnd, edited);
+    if (result)
+        fillIn(result, false, -1, true);
+    else if (edited)
         fillIn(_value, false, -1, false);
-    }
 }
 
 void ZuSBString::substitute(const ZuInternalString& from, const ZuInternalString& to,
@@ -154,15 +135,9 @@ void ZuSBString::substitute(const ZuInternalString& from, const ZuInternalString
     const ZuSBString* f = sameClass(from);
     const ZuSBString* t = sameClass(to);
     if (!f || !t) return;
-    const int64_t s = std::max(start, 0), e = clampEnd(end, _length);
-    if (e <= s) return;
-    const int64_t fs = std::max(fromStart, 0), fe = clampEnd(fromEnd, f->_length);
-    if (fe <= fs) return;
-    const int64_t ts = std::max(toStart, 0), te = clampEnd(toEnd, t->_length);
-    if (te < ts) return;
     bool edited = false;
-    char* result = substituteAll(_value, _length, s, e, f->_value + fs, fe - fs, t->_value + ts,
-                                te - ts, edited);
+    auto* result = substituteRanges(_value, _length, start, end, f->_value, f->_length, fromStart,
+                                    fromEnd, t->_value, t->_length, toStart, toEnd, edited);
     if (result)
         fillIn(result, false, -1, true);
     else if (edited)

@@ -213,6 +213,63 @@ C* spliced(const C* text, int64_t length, int64_t start, int64_t end, const C* w
     return out;
 }
 
+// First occurrence at or after start of pattern[subStart, subEnd), as getIndexOf gives
+// it: an empty pattern range finds the text's length.
+template <class C>
+int indexOfRange(const C* text, int64_t length, const C* pat, int64_t patLength, int start,
+                 int subStart, int subEnd) {
+    int64_t from = subStart, to = subEnd;
+    normaliseRange(from, to, patLength);
+    if (to <= from) return static_cast<int>(length);
+    return static_cast<int>(findFirst(text, length, pat + from, to - from, start));
+}
+
+// Last occurrence starting at or before start (-1: the end) of pattern[subStart, subEnd).
+template <class C>
+int lastIndexOfRange(const C* text, int64_t length, const C* pat, int64_t patLength,
+                     int start, int subStart, int subEnd) {
+    int64_t from = subStart, to = subEnd;
+    normaliseRange(from, to, patLength);
+    const int64_t n = to - from;
+    if (n > length) return -1;
+    int64_t at = start;
+    if (at == -1 || at > length) at = length;
+    if (at > length - n) at = at - n + 1;
+    if (at < 0) return -1;
+    if (n == 0) return static_cast<int>(at);
+    return static_cast<int>(findLast(text, length, pat + from, n, at));
+}
+
+// Resolves getSubString's range: from the clamped start, count characters (-1: to the
+// end). False when the range is empty and the shared empty string is the answer.
+inline bool subStringRange(int start, int end, int64_t length, int64_t& from, int& count) {
+    from = std::min<int64_t>(std::max(start, 0), length);
+    count = -1;
+    if (end != -1 && end <= length) {
+        if (end <= from) return false;
+        count = static_cast<int>(end - from);
+    }
+    return true;
+}
+
+// replace on a text of `length` characters: [start, end) becomes with[withStart, withEnd).
+// A reversed range of either side changes nothing. A replacement of the same length is
+// moved in place (`edited`; with may be this very text), otherwise a new array is returned.
+template <class C>
+C* replaceRange(C* text, int64_t length, int start, int end, const C* with,
+                int64_t withLength, int withStart, int withEnd, bool& edited) {
+    edited = false;
+    const int64_t from = std::max(start, 0), to = clampEnd(end, length);
+    if (to < from) return nullptr;
+    const int64_t wFrom = std::max(withStart, 0), wTo = clampEnd(withEnd, withLength);
+    if (wTo < wFrom) return nullptr;
+    const int64_t newLength = wTo - wFrom;
+    if (newLength != to - from) return spliced(text, length, from, to, with + wFrom, newLength);
+    Chars<C>::move(text + from, with + wFrom, static_cast<size_t>(newLength));
+    edited = true;
+    return nullptr;
+}
+
 // A new NUL-terminated array: text with the patLength characters at each position of
 // `at` (increasing, non-overlapping) replaced by rep[0, repLength).
 template <class C>
@@ -264,6 +321,22 @@ C* substituteAll(C* text, int64_t length, int64_t start, int64_t end, const C* p
         p = findFirst(text, length, pat, patLength, p + patLength, patHasNul);
     } while (p != -1 && p <= limit);
     return substituted(text, length, at, patLength, rep, repLength);
+}
+
+// substitute with unresolved ranges: an empty or reversed text or pattern range, or a
+// reversed replacement range, leaves the text as it is.
+template <class C>
+C* substituteRanges(C* text, int64_t length, int start, int end, const C* pat,
+                    int64_t patLength, int patStart, int patEnd, const C* rep,
+                    int64_t repLength, int repStart, int repEnd, bool& edited) {
+    edited = false;
+    const int64_t s = std::max(start, 0), e = clampEnd(end, length);
+    if (e <= s) return nullptr;
+    const int64_t ps = std::max(patStart, 0), pe = clampEnd(patEnd, patLength);
+    if (pe <= ps) return nullptr;
+    const int64_t rs = std::max(repStart, 0), re = clampEnd(repEnd, repLength);
+    if (re < rs) return nullptr;
+    return substituteAll(text, length, s, e, pat + ps, pe - ps, rep + rs, re - rs, edited);
 }
 
 } // namespace

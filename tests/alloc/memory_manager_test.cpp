@@ -18,10 +18,13 @@ std::string report(uint64_t allocated, uint64_t used) {
            " BYTES.\nCURRENTLY USED MEMORY " + std::to_string(used) + " BYTES.\n";
 }
 
+// The report is checked on a stream set to hexadecimal too: its counts stay decimal.
 bool statusIs(uint64_t allocated, uint64_t used) {
-    std::ostringstream os;
+    std::ostringstream os, hex;
+    hex << std::hex;
     ZuMemoryManager::GetInstance()->status(os);
-    return os.str() == report(allocated, used);
+    ZuMemoryManager::GetInstance()->status(hex);
+    return os.str() == report(allocated, used) && hex.str() == os.str();
 }
 
 void setSwitch(const char* name, const char* value) {
@@ -71,6 +74,15 @@ TEST(MemoryManager, SwitchesAreReadOnceAndIgnoreCase) {
                    ZuMemoryManagerStats::Trace == c.mode;
         });
     }
+    // The mode in force is Trace itself, even once cells have been served without it.
+    EXPECT_IN_CHILD("yes", nullptr, [] {
+        ZuMemoryManager* m = ZuMemoryManager::GetInstance();
+        m->release(m->alloc(8), 8);
+        ZuMemoryManagerStats::Trace = 1;
+        bool counted = cellServed();
+        ZuMemoryManagerStats::Trace = 0;
+        return counted && cellServed() == false;
+    });
 }
 
 TEST(MemoryManager, FullTraceReportsEveryCountedEvent) {

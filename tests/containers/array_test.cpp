@@ -79,6 +79,11 @@ TEST(ArrayInsert, PlacesValuesBeforePositionAndFindsThem) {
     EXPECT_EQ(a.getIndex(P(8)), 1u);
     EXPECT_EQ(a.getIndex(P(42)), 0xFFFFFFFFu);
     EXPECT_EQ(ZuArray().getIndex(P(1)), 0xFFFFFFFFu);
+    // Values from the array itself, moved by the shift and freed by the growth.
+    a.insert(a._data + 1, 3, 2);
+    a.insert(a._data, 9, 0);
+    EXPECT_EQ(contents(a), (std::vector<uintptr_t>{1, 8, 8, 9, 2, 9, 2, 3, 8, 1, 8, 8, 9, 2,
+                                                   9, 2, 3, 8}));
 }
 
 TEST(ArrayAdoptAndCopy, SetDataIsExactlyFullAndAssignmentCopiesCapacity) {

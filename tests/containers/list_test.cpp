@@ -122,6 +122,10 @@ TEST(SafeListIterator, RemovalMovesItToTheSuccessor) {
     delete l->removeCell(P(3));
     EXPECT_EQ(other.nextElement(), nullptr);
     EXPECT_TRUE(l->_iterators == &other && other._nextIterator == &safe); // newest first
+    l->ai(&safe); // already registered: the chain stays as it is (no cycle)
+    l->ai(&other);
+    EXPECT_TRUE(l->_iterators == &other && other._nextIterator == &safe &&
+                safe._nextIterator == nullptr);
     l->a(P(5));
     Zu_SLIterator fresh(*l);
     l->clear(); // emptied: it ends

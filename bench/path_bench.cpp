@@ -1,0 +1,145 @@
+// Path names against their peers, on the same inputs: directory normalisation against
+// std::filesystem::path::lexically_normal, and ZuPathName::match against fnmatch(3).
+// After the run a summary prints each peer's time over Zu's time (above 1: Zu is
+// faster); run with --benchmark_repetitions=N to take the fastest of N runs.
+#include <zu/pathname.h>
+
+#include <benchmark/benchmark.h>
+
+#include <fnmatch.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+// Messy relative directories: ".", "..", empty components and plain names.
+const std::vector<std::string>& messyPaths() {
+    static const std::vector<std::string> paths = [] {
+        static const char* const parts[] = {"src", ".", "lib", "", "..", "include", "zu", "..",
+                                            "build", ".", "tests", "data"};
+        std::vector<std::string> out;
+        unsigned seed = 42;
+        for (int n = 0; n < 64; ++n) {
+            std::string p = "project";
+            const int count = 3 + n % 6;
+            for (int i = 0; i < count; ++i) {
+                seed = seed * 1103515245u + 12345u;
+                p += '/';
+                p += parts[(seed >> 16) % 12];
+            }
+            out.push_back(p + "/");
+        }
+        return out;
+    }();
+    return paths;
+}
+
+struct MatchCase {
+    const char* name;
+    const char* pattern;
+};
+
+// File names and patterns both matchers read the same way.
+const MatchCase kMatches[] = {
+    {"main.cpp", "*.cpp"},         {"pathname_parse.cpp", "*.cpp"}, {"README.md", "*.txt"},
+    {"libzu.so", "lib?u.so"},      {"data.tar.gz", "*.gz"},        {"a.out", "a.out"},
+    {"report2024.pdf", "*4.pdf"},  {"notes.txt", "no?es.txt"},     {"Makefile", "*file"},
+    {"core", "c?re"},
+};
+
+void BM_Normalize_Zu(benchmark::State& state) {
+    const std::vector<std::string>& paths = messyPaths();
+    for (auto _ : state) {
+        for (const std::string& p : paths) {
+            ZuPathName path;
+            path.setInternalDir(p.c_str());
+            benchmark::DoNotOptimize(path.getInternalDirectory().getValue());
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<long>(paths.size()));
+}
+
+void BM_Normalize_LexicallyNormal(benchmark::State& state) {
+    const std::vector<std::string>& paths = messyPaths();
+    for (auto _ : state) {
+        for (const std::string& p : paths) {
+            const std::filesystem::path normal = std::filesystem::path(p.c_str()).lexically_normal();
+            benchmark::DoNotOptimize(normal.c_str());
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<long>(paths.size()));
+}
+
+void BM_Match_Zu(benchmark::State& state) {
+    std::vector<ZuPathName> names, patterns;
+    for (const MatchCase& c : kMatches) {
+        names.emplace_back(c.name);
+        patterns.emplace_back(c.pattern);
+    }
+    for (auto _ : state)
+        for (size_t i = 0; i < names.size(); ++i) benchmark::DoNotOptimize(names[i].match(patterns[i]));
+    state.SetItemsProcessed(state.iterations() * static_cast<long>(names.size()));
+}
+
+void BM_Match_Fnmatch(benchmark::State& state) {
+    for (auto _ : state)
+        for (const MatchCase& c : kMatches) benchmark::DoNotOptimize(::fnmatch(c.pattern, c.name, 0));
+    state.SetItemsProcessed(state.iterations() * static_cast<long>(sizeof kMatches / sizeof *kMatches));
+}
+
+BENCHMARK(BM_Normalize_Zu);
+BENCHMARK(BM_Normalize_LexicallyNormal);
+BENCHMARK(BM_Match_Zu);
+BENCHMARK(BM_Match_Fnmatch);
+
+// Keeps the console output and remembers each benchmark's time for the summary.
+class RatioReporter : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override {
+        for (const Run& run : runs)
+            if (!run.error_occurred && run.run_type == Run::RT_Iteration) {
+                // With repetitions, the fastest run of each: the least disturbed by
+                // other work on the machine.
+                const std::string name = run.run_name.function_name;
+                const double t = run.GetAdjustedCPUTime();
+                auto it = _times.find(name);
+                if (it == _times.end() || t < it->second) _times[name] = t;
+            }
+        ConsoleReporter::ReportRuns(runs);
+    }
+
+    // For BM_<Op>_Zu and each BM_<Op>_<Peer>: peer time / Zu time.
+    void printRatios() const {
+        std::printf("\nRatios (peer CPU time / Zu CPU time; above 1 means Zu is faster):\n");
+        for (const auto& [name, zuTime] : _times) {
+            const std::string suffix = "_Zu";
+            if (name.size() < suffix.size() ||
+                name.compare(name.size() - suffix.size(), suffix.size(), suffix) != 0)
+                continue;
+            const std::string op = name.substr(0, name.size() - suffix.size() + 1);
+            for (const auto& [peer, peerTime] : _times)
+                if (peer != name && peer.compare(0, op.size(), op) == 0)
+                    std::printf("  %-20s %-16s %8.2fx\n", name.c_str(), peer.substr(op.size()).c_str(),
+                                peerTime / zuTime);
+        }
+    }
+
+private:
+    std::map<std::string, double> _times;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    reporter.printRatios();
+    benchmark::Shutdown();
+    return 0;
+}

@@ -1,0 +1,109 @@
+// Runs a piece of a test in a forked child process, so that the once-per-process state
+// (environment switches, the module registry, the global context and its teardown) is
+// fresh, and so that what the child writes at exit can be observed.
+#ifndef ZU_TESTS_MODULE_CHILD_RUN_H
+#define ZU_TESTS_MODULE_CHILD_RUN_H
+
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <fstream>
+#include <functional>
+#include <sstream>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+struct ChildResult {
+    int exitCode = -1;   // -1 when the child did not exit normally
+    std::string output;  // stdout and stderr together, in the order written
+};
+
+// Environment changes for the child: a null value unsets the variable.
+using ChildEnv = std::vector<std::pair<std::string, const char*>>;
+
+// The child applies env, runs body and leaves through exit() with body's result, so that
+// the atexit teardown runs; its stdout and stderr go to one file, read back here.
+inline ChildResult runChild(const ChildEnv& env, const std::function<int()>& body) {
+    char path[] = "/tmp/zu_child_XXXXXX";
+    const int fd = mkstemp(path);
+    ChildResult result;
+    if (fd < 0)
+        return result;
+    std::fflush(nullptr);
+    const pid_t pid = fork();
+    if (pid == 0) {
+        dup2(fd, 1);
+        dup2(fd, 2);
+        for (const auto& [name, value] : env) {
+            if (value)
+                setenv(name.c_str(), value, 1);
+            else
+                unsetenv(name.c_str());
+        }
+        setvbuf(stdout, nullptr, _IONBF, 0);
+        std::exit(body());
+    }
+    close(fd);
+    int status = 0;
+    if (pid > 0 && waitpid(pid, &status, 0) == pid && WIFEXITED(status))
+        result.exitCode = WEXITSTATUS(status);
+    std::ifstream in(path);
+    std::stringstream text;
+    text << in.rdbuf();
+    result.output = text.str();
+    unlink(path);
+    return result;
+}
+
+// In a child's body: reports the failed condition and leaves with exit code 1.
+#define CHILD_CHECK(condition)                                                              \
+    do {                                                                                    \
+        if (!(condition)) {                                                                 \
+            std::fprintf(stderr, "failed: %s (line %d)\n", #condition, __LINE__);           \
+            return 1;                                                                       \
+        }                                                                                   \
+    } while (0)
+
+// The pieces stand in text in this order (a piece may start where the previous one
+// started); the first missing one, or "" when all are there.
+inline std::string firstMissingInOrder(const std::string& text,
+                                       const std::vector<std::string>& pieces) {
+    size_t at = 0;
+    for (const std::string& piece : pieces) {
+        const size_t found = text.find(piece, at);
+        if (found == std::string::npos)
+            return piece;
+        at = found;
+    }
+    return "";
+}
+
+// A fresh temporary directory, removed with its contents when the object goes.
+class TempDir {
+public:
+    TempDir() {
+        char pattern[] = "/tmp/zu_module_XXXXXX";
+        const char* made = mkdtemp(pattern);
+        _path = made ? made : "";
+    }
+    ~TempDir() {
+        if (!_path.empty())
+            std::system(("rm -rf '" + _path + "'").c_str());
+    }
+    TempDir(const TempDir&) = delete;
+    TempDir& operator=(const TempDir&) = delete;
+
+    const std::string& path() const { return _path; }
+    std::string file(const std::string& name) const { return _path + "/" + name; }
+    void write(const std::string& name, const std::string& text) const {
+        std::ofstream(file(name)) << text;
+    }
+
+private:
+    std::string _path;
+};
+
+#endif

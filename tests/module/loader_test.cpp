@@ -1,0 +1,350 @@
+// The module loader end to end: real modules and descriptor files in temporary
+// directories, each scenario in its own child process with its own ZUMODULEPATH and
+// ZU_TRACEMODULES.
+#include <zu/module.h>
+#include <zu/pathname.h>
+#include <zu/xml.h>
+
+#include <gtest/gtest.h>
+
+#include "child_run.h"
+
+#include <filesystem>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+// Copies the test module of that kind (plain, refuse, noentry) into dir as file.
+void copyModule(const TempDir& dir, const char* kind, const std::string& file) {
+    std::filesystem::copy_file(std::string(ZU_TEST_MODULE_DIR) + "/" + kind + ".so",
+                               dir.file(file));
+}
+
+std::string descriptor(const std::string& version, const std::string& body = "") {
+    return "<?xml version=\"1.0\"?>\n<module version=\"" + version + "\">\n" + body +
+           "</module>\n";
+}
+
+std::string requires(const std::string& module) {
+    return "  <requires module=\"" + module + "\"/>\n";
+}
+
+// A module and its descriptor (version 5.7, with the given required modules).
+void addModule(const TempDir& dir, const std::string& name, const std::string& body = "",
+               const char* kind = "plain") {
+    copyModule(dir, kind, name + ".so");
+    dir.write(name + ".imd", descriptor("5.7", body));
+}
+
+// Deletes the module of name, if loaded, so that the child ends without leaks.
+void unload(const char* name) {
+    if (ZuModuleDescriptor* d = ZuModule::Find(name))
+        delete d->getModule();
+}
+
+std::string libPathOf(const char* name) {
+    ZuModuleDescriptor* d = ZuModule::Find(name);
+    return d ? d->getLibPath().getString(ZuPathName::UnixPathType).getValue() : "(none)";
+}
+
+ZuModule* keptModule = nullptr;
+
+bool has(const std::string& text, const std::string& piece) {
+    return text.find(piece) != std::string::npos;
+}
+
+} // namespace
+
+TEST(ModuleLoad, LoadsByNameThroughItsDescriptorWithTrace) {
+    TempDir dir;
+    addModule(dir, "plain");
+    const ChildResult r = runChild(
+        {{"ZUMODULEPATH", dir.path().c_str()}, {"ZU_TRACEMODULES", "Yes"}}, [] {
+            unsigned count = 5;
+            CHILD_CHECK(ZuModule::GetDescriptors(count) == nullptr && count == 0);
+            int calls = 0;
+            ZuModule* m = ZuModule::Load("plain", &calls);
+            CHILD_CHECK(m && calls == 1 && ZuModule::GetError() == ZuModule::NoError);
+            // The same module again, also by its library's file name.
+            CHILD_CHECK(ZuModule::Load("plain", &calls) == m);
+            CHILD_CHECK(ZuModule::Load("libplain.so", &calls) == m && calls == 1);
+            ZuModuleDescriptor* d = ZuModule::Find("plain");
+            CHILD_CHECK(d && m->getDescriptor() == d && d->getModule() == m);
+            CHILD_CHECK(d->getDescriptor() && d->getDescriptor()->getRootElement());
+            CHILD_CHECK(ZuModule::Find("plai") == nullptr && ZuModule::Load(static_cast<const char*>(nullptr), &calls) == nullptr);
+            ZuModuleDescriptor** all = ZuModule::GetDescriptors(count);
+            CHILD_CHECK(count == 1 && all && all[0] == d);
+            delete m;
+            return 0;
+        });
+    EXPECT_EQ(r.exitCode, 0) << r.output;
+    const std::string& p = dir.path();
+    EXPECT_EQ(firstMissingInOrder(
+                  r.output,
+                  {"ZuModuleLoader: Scanning " + p + "/plain.imd - lib=" + p + "/plain.so\n",
+                   ") -> name=plain\n", "ZuModuleLoader: Loading plain - lib=" + p + "/plain.so\n",
+                   "_ZuModuleDesc::load lib=" + p + "/plain.so, entryPoint=ZuInitModule\n",
+                   "init plain.so\n    => Success!\n", "delete module\n"}),
+              "")
+        << r.output;
+    EXPECT_TRUE(has(r.output, "ZuModule::Load(0x")) << r.output;
+}
+
+TEST(ModuleLoad, RequiredModulesLoadFirstDepthFirst) {
+    TempDir dir;
+    addModule(dir, "top", requires("mid") + requires("side"));
+    addModule(dir, "mid", requires("plain"));
+    addModule(dir, "side");
+    addModule(dir, "plain");
+    const ChildResult r = runChild(
+        {{"ZUMODULEPATH", dir.path().c_str()}, {"ZU_TRACEMODULES", "load"}}, [] {
+            int calls = 0;
+            ZuModule* top = ZuModule::Load("top", &calls);
+            // Required modules get a null argument.
+            CHILD_CHECK(top && calls == 1);
+            CHILD_CHECK(ZuModule::Find("plain")->getModule());
+            unload("plain");
+            unload("mid");
+            unload("side");
+            delete top;
+            return 0;
+        });
+    EXPECT_EQ(r.exitCode, 0) << r.output;
+    EXPECT_EQ(firstMissingInOrder(r.output, {"    requires module: mid\n",
+                                             "    requires module: plain\n", "init plain.so\n",
+                                             "init mid.so\n", "    requires module: side\n",
+                                             "init side.so\n", "init top.so\n"}),
+              "")
+        << r.output;
+    EXPECT_FALSE(has(r.output, "Scanning")) << "scan tracing is off with \"load\"";
+}
+
+TEST(ModuleLoad, FailuresLeaveTheDescriptorRegisteredAndUnloaded) {
+    TempDir dir;
+    addModule(dir, "refuse", "", "refuse");
+    addModule(dir, "noentry", "", "noentry");
+    dir.write("broken.so", "not a library");
+    dir.write("broken.imd", descriptor("5.7"));
+    addModule(dir, "needsghost", requires("ghost"));
+    addModule(dir, "badreq", "  <requires name=\"plain\"/>\n");
+    const ChildResult r = runChild(
+        {{"ZUMODULEPATH", dir.path().c_str()}, {"ZU_TRACEMODULES", "load"}}, [] {
+            // The entry point refuses with a value of its own: the module it returned goes.
+            CHILD_CHECK(!ZuModule::Load("refuse", nullptr));
+            CHILD_CHECK(ZuModule::GetError() == 7);
+            CHILD_CHECK(ZuModule::Find("refuse") && !ZuModule::Find("refuse")->getModule());
+            CHILD_CHECK(!ZuModule::Load("refuse", nullptr)); // tried again
+            CHILD_CHECK(!ZuModule::Load("noentry", nullptr));
+            CHILD_CHECK(ZuModule::GetError() == ZuModule::EntryPointNotFound);
+            CHILD_CHECK(!ZuModule::Load("broken", nullptr));
+            CHILD_CHECK(ZuModule::GetError() == ZuModule::ModuleNotFound);
+            CHILD_CHECK(!ZuModule::Load("needsghost", nullptr));
+            CHILD_CHECK(ZuModule::GetError() == ZuModule::DependencyNotResolved);
+            ZuModule::SetError(ZuModule::EntryPointNotFound);
+            CHILD_CHECK(!ZuModule::Load("badreq", nullptr));
+            CHILD_CHECK(ZuModule::GetError() == ZuModule::NoError); // left as it was
+            CHILD_CHECK(std::string(ZuModule::GetErrorName(ZuModule::Error(9))) == "Unknown");
+            return 0;
+        });
+    EXPECT_EQ(r.exitCode, 0) << r.output;
+    for (const char* piece :
+         {"init refuse.so\ndelete module\n    => FAILURE. Error:Unknown\n",
+          "    => FAILURE. Error:EntryPointNotFound\n", "    => FAILURE. Error:ModuleNotFound\n",
+          "ZuModule error: Module 'needsghost' requires unloadable module 'ghost'\n",
+          "ZuModule error: 'requires' tag needs a 'module' attribute.\n"})
+        EXPECT_TRUE(has(r.output, piece)) << piece << "\n" << r.output;
+    EXPECT_NE(r.output.find("init refuse.so"), r.output.rfind("init refuse.so"));
+}
+
+TEST(ModuleLoad, DependencyCyclesFailInsteadOfRecursing) {
+    TempDir dir;
+    addModule(dir, "a", requires("b"));
+    addModule(dir, "b", requires("a"));
+    addModule(dir, "self", requires("self"));
+    const ChildResult r = runChild({{"ZUMODULEPATH", dir.path().c_str()}}, [] {
+        CHILD_CHECK(!ZuModule::Load("a", nullptr));
+        CHILD_CHECK(ZuModule::GetError() == ZuModule::DependencyNotResolved);
+        CHILD_CHECK(!ZuModule::Load("self", nullptr));
+        CHILD_CHECK(ZuModule::GetError() == ZuModule::DependencyNotResolved);
+        return 0;
+    });
+    EXPECT_EQ(r.exitCode, 0) << r.output;
+    for (const char* piece : {"ZuModule error: Module 'b' requires unloadable module 'a'\n",
+                              "ZuModule error: Module 'a' requires unloadable module 'b'\n",
+                              "ZuModule error: Module 'self' requires unloadable module 'self'\n"})
+        EXPECT_TRUE(has(r.output, piece)) << piece << "\n" << r.output;
+    EXPECT_FALSE(has(r.output, "init ")) << r.output;
+}
+
+TEST(ModuleScan, VersionAndRootAreChecked) {
+    TempDir dir;
+    const std::pair<const char*, std::string> files[] = {
+        {"v570", descriptor("5.70")},
+        {"v58", descriptor("5.8")},
+        {"v5", descriptor("5")},
+        {"none", "<module>\n</module>\n"},
+        {"thing", "<thing version=\"5.7\"/>\n"},
+        {"broken", "<module version=\"5.7\"><oops></module>"}};
+    for (const auto& [name, text] : files) {
+        copyModule(dir, "plain", std::string(name) + ".so");
+        dir.write(std::string(name) + ".imd", text);
+    }
+    addModule(dir, "good");
+    const ChildResult r = runChild({{"ZUMODULEPATH", dir.path().c_str()}}, [] {
+        ZuModule::ReScan();
+        CHILD_CHECK(ZuModule::Find("v570") && ZuModule::Find("good"));
+        for (const char* refused : {"v58", "v5", "none", "thing", "broken"})
+            CHILD_CHECK(!ZuModule::Find(refused));
+        unsigned count = 0;
+        CHILD_CHECK(ZuModule::GetDescriptors(count) && count == 2);
+        return 0;
+    });
+    EXPECT_EQ(r.exitCode, 0) << r.output;
+    const std::string& p = dir.path();
+    for (const std::string& piece :
+         {"ZuModule: Invalid version (\"5.8\") in module descriptor '" + p +
+              "/v58.imd'. Expecting \"5.7\"\n",
+          "ZuModule: Invalid version (\"5\") in module descriptor '" + p + "/v5.imd'",
+          "ZuModule: Invalid version (\"\") in module descriptor '" + p + "/none.imd'",
+          "ZuModuleLoader error: File '" + p + "/thing.imd is not a valid Module Descriptor\n"})
+        EXPECT_TRUE(has(r.output, piece)) << piece << "\n" << r.output;
+}
+
+TEST(ModuleScan, LibraryCandidatesAndTheFirstDirectoryWins) {
+    TempDir first, second;
+    copyModule(first, "plain", "libfoo.so");
+    first.write("foo.imd", descriptor("5.7"));
+    addModule(first, "dup");
+    addModule(second, "dup");
+    first.write("orphan.imd", descriptor("5.7"));
+    first.write("libbar.imd", descriptor("5.7"));
+    const std::string path = first.path() + ":" + second.path();
+    const ChildResult r = runChild(
+        {{"ZUMODULEPATH", path.c_str()}, {"ZU_TRACEMODULES", "SCAN"}}, [&] {
+            ZuModule::ReScan();
+            CHILD_CHECK(libPathOf("foo") == first.file("libfoo.so"));
+            CHILD_CHECK(libPathOf("dup") == first.file("dup.so"));
+            CHILD_CHECK(!ZuModule::Find("orphan") && !ZuModule::Find("libbar"));
+            ZuModule* foo = ZuModule::Load("foo", nullptr);
+            CHILD_CHECK(foo && ZuModule::Load("libfoo.so", nullptr) == foo);
+            delete foo;
+            return 0;
+        });
+    EXPECT_EQ(r.exitCode, 0) << r.output;
+    EXPECT_TRUE(has(r.output, "ZuModule: Cannot find library : " + first.file("liborphan.so") + "\n"))
+        << r.output;
+    EXPECT_TRUE(has(r.output, "ZuModule: Cannot find library : " + first.file("libbar.so") + "\n"))
+        << r.output;
+    EXPECT_FALSE(has(r.output, "Scanning " + second.file("dup.imd"))) << r.output;
+}
+
+TEST(ModuleScan, OldFormatIsConvertedWithAWarning) {
+    TempDir dir;
+    copyModule(dir, "plain", "old.so");
+    dir.write("old.imd", "// Marquesolt descriptor, ignored\nShape {\n  Circle Square\n}\n"
+                         "Animal { Cat }\n");
+    copyModule(dir, "plain", "empty.so");
+    dir.write("empty.imd", "// Marquesolt\n");
+    const ChildResult r = runChild({{"ZUMODULEPATH", dir.path().c_str()}}, [] {
+        ZuModule::ReScan();
+        CHILD_CHECK(!ZuModule::Find("empty"));
+        ZuModuleDescriptor* d = ZuModule::Find("old");
+        CHILD_CHECK(d && d->getDescriptor());
+        ZuXmlElement* root = d->getDescriptor()->getRootElement();
+        CHILD_CHECK(root && std::string(root->getAttributeValue("version")) == "5.0");
+        CHILD_CHECK(std::string(root->getAttributeValue("name")) == "old");
+        ZuXmlElement* cat = nullptr;
+        int classes = 0;
+        for (ZuXmlElement* e = root->getElement("class"); e; e = root->getElement("class", e)) {
+            ++classes;
+            cat = e;
+        }
+        CHILD_CHECK(classes == 3 && std::string(cat->getAttributeValue("name")) == "Cat" &&
+                    std::string(cat->getAttributeValue("rootClass")) == "Animal");
+        // A converted descriptor still loads its library.
+        ZuModule* m = ZuModule::Load("old", nullptr);
+        CHILD_CHECK(m);
+        delete m;
+        return 0;
+    });
+    EXPECT_EQ(r.exitCode, 0) << r.output;
+    EXPECT_TRUE(has(r.output, "ZuModule warning: module descriptor '" + dir.file("old.imd") +
+                                  "' has an old format.\nHere is the new preferred format:\n<"))
+        << r.output;
+    EXPECT_TRUE(has(r.output, "rootClass=\"Shape\"")) << r.output;
+}
+
+TEST(ModuleLoad, ByFileNameAlongThePathWithoutDescriptor) {
+    TempDir dir;
+    copyModule(dir, "plain", "libsolo.so");
+    addModule(dir, "here");
+    const ChildResult r = runChild(
+        {{"ZUMODULEPATH", dir.path().c_str()}, {"ZU_TRACEMODULES", nullptr}}, [&] {
+            ZuModule* solo = ZuModule::Load("solo", nullptr);
+            CHILD_CHECK(solo && ZuModule::Find("solo"));
+            CHILD_CHECK(ZuModule::Find("solo")->getDescriptor() == nullptr);
+            CHILD_CHECK(libPathOf("solo") == dir.file("libsolo.so"));
+            CHILD_CHECK(ZuModule::Load("libsolo.so", nullptr) == solo);
+            // "solo.so" is looked for as "solo.so.so" and "libsolo.so.so": no new file.
+            CHILD_CHECK(!ZuModule::Load("nothing", nullptr));
+            delete solo;
+            return 0;
+        });
+    EXPECT_EQ(r.exitCode, 0) << r.output;
+
+    // From the current directory, which heads the module path: the library path is
+    // relative and still reaches the file, never the dynamic loader's own search.
+    const ChildResult here = runChild(
+        {{"ZUMODULEPATH", ""}, {"LD_LIBRARY_PATH", "/nonexistent"}}, [&] {
+            if (chdir(dir.path().c_str()) != 0)
+                return 2;
+            ZuModule* m = ZuModule::Load("here", nullptr);
+            CHILD_CHECK(m);
+            CHILD_CHECK(libPathOf("here").rfind("/") == std::string::npos ||
+                        libPathOf("here")[0] == '.');
+            delete m;
+            return 0;
+        });
+    EXPECT_EQ(here.exitCode, 0) << here.output;
+}
+
+TEST(ModuleLoad, DisableLoadRefusesEveryLoad) {
+    TempDir dir;
+    addModule(dir, "plain");
+    const ChildResult r = runChild(
+        {{"ZUMODULEPATH", dir.path().c_str()}, {"ZU_TRACEMODULES", "DisableLoad"}}, [] {
+            CHILD_CHECK(!ZuModule::Load("plain", nullptr));
+            CHILD_CHECK(ZuModule::GetError() == ZuModule::ModuleNotFound);
+            CHILD_CHECK(ZuModule::Find("plain")); // scanned all the same
+            return 0;
+        });
+    EXPECT_EQ(r.exitCode, 0) << r.output;
+    EXPECT_TRUE(has(r.output, "ZuModuleLoader: Loading Disabled\n")) << r.output;
+    EXPECT_FALSE(has(r.output, "init ")) << r.output;
+}
+
+TEST(ModuleLoad, ModulesDeletedBeforeOrAfterTeardownExitCleanly) {
+    TempDir dir;
+    addModule(dir, "plain");
+    addModule(dir, "kept");
+    const ChildResult r = runChild({{"ZUMODULEPATH", dir.path().c_str()}}, [] {
+        // Registered before the context exists, so it runs after the context's teardown.
+        std::atexit([] { delete keptModule; });
+        ZuModule* m = ZuModule::Load("plain", nullptr);
+        CHILD_CHECK(m);
+        delete m; // runs code of the module's library, which stays mapped meanwhile
+        CHILD_CHECK(!ZuModule::Find("plain"));
+        // Loading it again finds the library by its file name.
+        ZuModule* again = ZuModule::Load("plain", nullptr);
+        CHILD_CHECK(again && again != nullptr);
+        delete again;
+        // Left loaded: the teardown detaches it, and it is deleted after the teardown.
+        keptModule = ZuModule::Load("kept", nullptr);
+        CHILD_CHECK(keptModule);
+        return 0;
+    });
+    EXPECT_EQ(r.exitCode, 0) << r.output;
+    EXPECT_EQ(r.output, "init plain.so\ndelete module\ninit plain.so\ndelete module\n"
+                        "init kept.so\ndelete module\n");
+}
