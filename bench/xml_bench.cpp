@@ -1,11 +1,13 @@
 // XML parse and write throughput (MB/s) of Zu against pugixml, tinyxml2 and libxml2 on
 // generated documents: records of about 8 MB and 2 KB (many small elements, indented),
 // and articles of about 8 MB (few elements, long texts); and the peak memory each parser
-// needs for the two 8 MB documents (measured in child processes). Ratios are printed
-// after the runs.
+// needs for the two 8 MB documents (measured in child processes). Each Zu run
+// carries the counter speedup: its peer's time over its own.
 #include <zu/xml.h>
 
 #include <benchmark/benchmark.h>
+
+#include "ratio_reporter.h"
 
 #ifdef ZU_BENCH_PUGIXML
 #include <pugixml.hpp>
@@ -26,7 +28,6 @@
 #include <fstream>
 #include <functional>
 #include <iostream>
-#include <map>
 #include <sstream>
 #include <streambuf>
 #include <string>
@@ -280,49 +281,6 @@ void zuHold(const std::string& text) {
     doc.read(in);
 }
 
-// ---- summary -------------------------------------------------------------------------------
-
-class SummaryReporter : public benchmark::ConsoleReporter {
-public:
-    // Keeps each benchmark's rate: the median when repetitions are aggregated.
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            auto it = run.counters.find("bytes_per_second");
-            if (it == run.counters.end())
-                continue;
-            if (run.run_type == Run::RT_Aggregate && run.aggregate_name != "median")
-                continue;
-            const std::string name = run.run_name.str();
-            if (run.run_type == Run::RT_Aggregate || !_rates.count(name))
-                _rates[name] = it->second.value / 1e6;
-        }
-    }
-
-    void printRatios() const {
-        static const char* const Peers[] = {"pugixml", "tinyxml2", "libxml2"};
-        std::printf("\nThroughput in MB/s, and Zu's ratio to each peer (above 1: Zu faster)\n");
-        for (const char* op : {"Parse", "Write"}) {
-            for (const char* size : {"8MB", "2KB", "8MB-articles"}) {
-                const std::string zu = std::string("Zu") + op + "/" + size;
-                auto z = _rates.find(zu);
-                if (z == _rates.end())
-                    continue;
-                std::printf("%s %s: Zu %.1f", op, size, z->second);
-                for (const char* peer : Peers) {
-                    auto p = _rates.find(std::string(peer) + op + "/" + size);
-                    if (p != _rates.end())
-                        std::printf(" | %s %.1f (x%.2f)", peer, p->second, z->second / p->second);
-                }
-                std::printf("\n");
-            }
-        }
-    }
-
-private:
-    std::map<std::string, double> _rates;
-};
-
 // Measured before any benchmark runs, so that no parser finds memory left by another.
 std::string measureMemory() {
     std::string report;
@@ -363,70 +321,56 @@ std::string measureMemory() {
     return report;
 }
 
+// Each peer run is named "Peer<Op>/<size>/<peer>" and followed by the Zu run of the same
+// name with "Zu" in place of "Peer", so that the ratio reporter gives every Zu run the
+// counter speedup = peer time / Zu time (above 1: Zu faster). Zu thus runs once per peer.
 void registerAll() {
+    using Bench = void (*)(benchmark::State&, const std::string& (*)());
+    struct Peer {
+        const char* name;
+        Bench parse;
+        Bench write;
+    };
+    const std::vector<Peer> peers = {
+#ifdef ZU_BENCH_PUGIXML
+        {"pugixml", parseBench<pugiParse>, pugiWrite},
+#endif
+#ifdef ZU_BENCH_TINYXML2
+        {"tinyxml2", parseBench<tinyParse>, tinyWrite},
+#endif
+#ifdef ZU_BENCH_LIBXML2
+        {"libxml2", parseBench<libxmlParse>, libxmlWrite},
+#endif
+    };
     struct Size {
         const char* name;
         const std::string& (*document)();
     };
     for (const Size& size : {Size{"8MB", largeDocument}, Size{"2KB", smallDocument},
                              Size{"8MB-articles", textDocument}}) {
-        const std::string suffix = std::string("/") + size.name;
-        benchmark::RegisterBenchmark(("ZuParse" + suffix).c_str(), parseBench<zuParse>, size.document);
-#ifdef ZU_BENCH_PUGIXML
-        benchmark::RegisterBenchmark(("pugixmlParse" + suffix).c_str(), parseBench<pugiParse>, size.document);
-#endif
-#ifdef ZU_BENCH_TINYXML2
-        benchmark::RegisterBenchmark(("tinyxml2Parse" + suffix).c_str(), parseBench<tinyParse>, size.document);
-#endif
-#ifdef ZU_BENCH_LIBXML2
-        benchmark::RegisterBenchmark(("libxml2Parse" + suffix).c_str(), parseBench<libxmlParse>, size.document);
-#endif
-        benchmark::RegisterBenchmark(("ZuWrite" + suffix).c_str(), zuWrite, size.document);
-#ifdef ZU_BENCH_PUGIXML
-        benchmark::RegisterBenchmark(("pugixmlWrite" + suffix).c_str(), pugiWrite, size.document);
-#endif
-#ifdef ZU_BENCH_TINYXML2
-        benchmark::RegisterBenchmark(("tinyxml2Write" + suffix).c_str(), tinyWrite, size.document);
-#endif
-#ifdef ZU_BENCH_LIBXML2
-        benchmark::RegisterBenchmark(("libxml2Write" + suffix).c_str(), libxmlWrite, size.document);
-#endif
+        for (const Peer& peer : peers) {
+            const std::string suffix = std::string("/") + size.name + "/" + peer.name;
+            benchmark::RegisterBenchmark(("PeerParse" + suffix).c_str(), peer.parse, size.document);
+            benchmark::RegisterBenchmark(("ZuParse" + suffix).c_str(), parseBench<zuParse>,
+                                         size.document);
+            benchmark::RegisterBenchmark(("PeerWrite" + suffix).c_str(), peer.write, size.document);
+            benchmark::RegisterBenchmark(("ZuWrite" + suffix).c_str(), zuWrite, size.document);
+        }
     }
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    // A filtered run (a partial one, for profiling) leaves the memory figures out. Unless
-    // told otherwise, every benchmark runs 5 times, interleaved at random with the
-    // others so that a change in machine load touches them all alike; ratios use medians.
-    bool filtered = false, repeated = false;
-    std::vector<char*> args(argv, argv + argc);
-    for (int i = 1; i < argc; ++i) {
+    // A filtered run (a partial one, for profiling) leaves the memory figures out.
+    bool filtered = false;
+    for (int i = 1; i < argc; ++i)
         filtered = filtered || std::strncmp(argv[i], "--benchmark_filter", 18) == 0;
-        repeated = repeated || std::strncmp(argv[i], "--benchmark_repetitions", 23) == 0;
-    }
-    static char repetitions[] = "--benchmark_repetitions=5";
-    static char interleaving[] = "--benchmark_enable_random_interleaving=true";
-    static char aggregates[] = "--benchmark_report_aggregates_only=true";
-    if (!repeated) {
-        args.push_back(repetitions);
-        args.push_back(interleaving);
-        args.push_back(aggregates);
-    }
-    argc = int(args.size());
-    argv = args.data();
     registerAll();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
     std::printf("Documents: records %zu bytes and %zu bytes, articles %zu bytes\n",
                 largeDocument().size(), smallDocument().size(), textDocument().size());
     const std::string memory = filtered ? std::string() : measureMemory();
-    SummaryReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.printRatios();
+    const int status = ZuRatioReporter("Zu", "Peer").runMain(argc, argv);
     std::fputs(memory.c_str(), stdout);
-    benchmark::Shutdown();
-    return 0;
+    return status;
 }
