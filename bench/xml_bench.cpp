@@ -20,17 +20,14 @@
 #include <libxml/tree.h>
 #endif
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstring>
 #include <fstream>
-#include <functional>
 #include <iostream>
 #include <sstream>
 #include <streambuf>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -241,38 +238,9 @@ long statusKb(const char* field) {
     return -1;
 }
 
-// Peak resident growth, in bytes, while parsing the large document and holding its tree;
-// measured in a child so that every parser starts from the same state. -1 when the
-// peak cannot be reset (no /proc/self/clear_refs).
-long peakBytes(const std::string& text, const std::function<void(const std::string&)>& parse) {
-    int pipeFd[2];
-    if (pipe(pipeFd) != 0)
-        return -1;
-    const pid_t pid = fork();
-    if (pid == 0) {
-        long result = -1;
-        std::ofstream clear("/proc/self/clear_refs");
-        clear << "5" << std::flush;
-        if (clear) {
-            const long base = statusKb("VmRSS:");
-            parse(text);
-            result = (statusKb("VmHWM:") - base) * 1024;
-        }
-        if (write(pipeFd[1], &result, sizeof result) != sizeof result)
-            _exit(1);
-        _exit(0);
-    }
-    close(pipeFd[1]);
-    long result = -1;
-    if (read(pipeFd[0], &result, sizeof result) != sizeof result)
-        result = -1;
-    close(pipeFd[0]);
-    int status = 0;
-    waitpid(pid, &status, 0);
-    return result;
-}
-
 // The parsers above destroy their tree before returning; these keep it until measured.
+using HoldFn = void (*)(const std::string&);
+
 void zuHold(const std::string& text) {
     ZuXmlError::Reset();
     MemoryBuf buf(text);
@@ -281,42 +249,100 @@ void zuHold(const std::string& text) {
     doc.read(in);
 }
 
-// Measured before any benchmark runs, so that no parser finds memory left by another.
+#ifdef ZU_BENCH_PUGIXML
+void pugiHold(const std::string& t) {
+    static pugi::xml_document held;
+    held.load_buffer(t.data(), t.size());
+}
+#endif
+#ifdef ZU_BENCH_TINYXML2
+void tinyHold(const std::string& t) {
+    static tinyxml2::XMLDocument held;
+    held.Parse(t.data(), t.size());
+}
+#endif
+#ifdef ZU_BENCH_LIBXML2
+void libxmlHold(const std::string& t) {
+    benchmark::DoNotOptimize(xmlReadMemory(t.data(), int(t.size()), nullptr, nullptr, 0));
+}
+#endif
+
+const std::vector<std::pair<const char*, HoldFn>>& holders() {
+    static const std::vector<std::pair<const char*, HoldFn>> all = {
+        {"Zu", zuHold},
+#ifdef ZU_BENCH_PUGIXML
+        {"pugixml", pugiHold},
+#endif
+#ifdef ZU_BENCH_TINYXML2
+        {"tinyxml2", tinyHold},
+#endif
+#ifdef ZU_BENCH_LIBXML2
+        {"libxml2", libxmlHold},
+#endif
+    };
+    return all;
+}
+
+const char PeakOption[] = "--zu-peak=";
+
+// Child side of a measurement: parse one document with one parser, keep the tree and
+// print the growth of the peak resident size over the size before parsing (-1 when the
+// peak cannot be reset: no /proc/self/clear_refs).
+int measureInThisProcess(const char* what) {
+    const bool articles = std::strchr(what, ':') && std::strcmp(std::strchr(what, ':') + 1, "articles") == 0;
+    std::string text = articles ? makeArticles(8u << 20) : makeDocument(8u << 20);
+    text.shrink_to_fit();
+    long result = -1;
+    for (const auto& holder : holders()) {
+        if (std::strncmp(what, holder.first, std::strlen(holder.first)) != 0 ||
+            what[std::strlen(holder.first)] != ':')
+            continue;
+        std::ofstream clear("/proc/self/clear_refs");
+        clear << "5" << std::flush;
+        if (clear) {
+            const long base = statusKb("VmRSS:");
+            holder.second(text);
+            result = (statusKb("VmHWM:") - base) * 1024;
+        }
+    }
+    std::printf("%ld\n", result);
+    return 0;
+}
+
+// Each measurement runs in a fresh process (this program again), so that no parser
+// finds resident memory freed by the document generation or by another parser.
+long peakBytes(const char* parser, const char* document) {
+    const std::string command =
+        std::string("/proc/self/exe ") + PeakOption + parser + ":" + document;
+    FILE* child = popen(command.c_str(), "r");
+    if (!child)
+        return -1;
+    long result = -1;
+    if (std::fscanf(child, "%ld", &result) != 1)
+        result = -1;
+    pclose(child);
+    return result;
+}
+
 std::string measureMemory() {
     std::string report;
     char text[160];
     for (const std::string* doc : {&largeDocument(), &textDocument()}) {
+        const bool records = doc == &largeDocument();
         const double input = double(doc->size());
         std::snprintf(text, sizeof text,
                       "\nPeak memory parsing the %.1f MB %s document (tree kept), times the input size\n",
-                      input / 1e6, doc == &largeDocument() ? "record" : "article");
+                      input / 1e6, records ? "record" : "article");
         report += text;
-        auto line = [&](const char* name, long bytes) {
+        for (const auto& holder : holders()) {
+            const long bytes = peakBytes(holder.first, records ? "records" : "articles");
             if (bytes < 0)
-                std::snprintf(text, sizeof text, "  %-9s unavailable\n", name);
+                std::snprintf(text, sizeof text, "  %-9s unavailable\n", holder.first);
             else
-                std::snprintf(text, sizeof text, "  %-9s %7.1f MB  x%.2f\n", name,
+                std::snprintf(text, sizeof text, "  %-9s %7.1f MB  x%.2f\n", holder.first,
                               double(bytes) / 1e6, double(bytes) / input);
             report += text;
-        };
-        line("Zu", peakBytes(*doc, zuHold));
-#ifdef ZU_BENCH_PUGIXML
-        line("pugixml", peakBytes(*doc, [](const std::string& t) {
-                 static pugi::xml_document held;
-                 held.load_buffer(t.data(), t.size());
-             }));
-#endif
-#ifdef ZU_BENCH_TINYXML2
-        line("tinyxml2", peakBytes(*doc, [](const std::string& t) {
-                 static tinyxml2::XMLDocument held;
-                 held.Parse(t.data(), t.size());
-             }));
-#endif
-#ifdef ZU_BENCH_LIBXML2
-        line("libxml2", peakBytes(*doc, [](const std::string& t) {
-                 benchmark::DoNotOptimize(xmlReadMemory(t.data(), int(t.size()), nullptr, nullptr, 0));
-             }));
-#endif
+        }
     }
     return report;
 }
@@ -362,6 +388,8 @@ void registerAll() {
 } // namespace
 
 int main(int argc, char** argv) {
+    if (argc == 2 && std::strncmp(argv[1], PeakOption, sizeof PeakOption - 1) == 0)
+        return measureInThisProcess(argv[1] + sizeof PeakOption - 1);
     // A filtered run (a partial one, for profiling) leaves the memory figures out.
     bool filtered = false;
     for (int i = 1; i < argc; ++i)

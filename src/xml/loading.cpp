@@ -72,6 +72,15 @@ bool ZuXmlParser::fillBuffer(std::istream& in) {
         return false;
     unsigned total = 0;
     try {
+        // When the stream can tell how much it holds (a file, a string), the block is
+        // grown once to that size: growing it chunk by chunk would copy it at every
+        // doubling and leave the smaller copies behind in the heap.
+        const std::streamsize ahead = in.rdbuf() ? in.rdbuf()->in_avail() : 0;
+        if (ahead > Chunk && ahead < std::streamsize(LargestInput)) {
+            data = static_cast<unsigned char*>(pool.grow(_block, unsigned(ahead) + Chunk, false));
+            if (!data)
+                return false;
+        }
         for (;;) {
             in.read(reinterpret_cast<char*>(data) + total, Chunk);
             const unsigned got = static_cast<unsigned>(in.gcount());
