@@ -20,6 +20,8 @@
 #include <libxml/tree.h>
 #endif
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -312,8 +314,12 @@ int measureInThisProcess(const char* what) {
 // Each measurement runs in a fresh process (this program again), so that no parser
 // finds resident memory freed by the document generation or by another parser.
 long peakBytes(const char* parser, const char* document) {
-    const std::string command =
-        std::string("/proc/self/exe ") + PeakOption + parser + ":" + document;
+    char self[4096];
+    const ssize_t length = readlink("/proc/self/exe", self, sizeof self - 1);
+    if (length <= 0)
+        return -1;
+    self[length] = 0;
+    const std::string command = std::string(self) + " " + PeakOption + parser + ":" + document;
     FILE* child = popen(command.c_str(), "r");
     if (!child)
         return -1;
