@@ -40,6 +40,13 @@ inline char* newString(const char* s) {
     return copy;
 }
 
+// A new text node holding a copy of text.
+inline ZuXmlText* textNode(const char* text) {
+    ZuXmlText* node = new ZuXmlText;
+    node->setText(text);
+    return node;
+}
+
 inline unsigned nodeCount(const ZuXmlDocument& doc) { return doc.getNodes().getLength(); }
 
 #endif
