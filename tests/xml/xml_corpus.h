@@ -122,4 +122,13 @@ private:
     std::mt19937 _rng;
 };
 
+// The hand-written documents followed by count generated from seed.
+inline std::vector<std::string> corpus(unsigned seed, int count) {
+    std::vector<std::string> docs = handWrittenDocuments();
+    XmlCorpusGenerator generator(seed);
+    while (count-- > 0)
+        docs.push_back(generator.document());
+    return docs;
+}
+
 #endif
