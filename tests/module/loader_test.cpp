@@ -48,47 +48,60 @@ std::string libPathOf(const char* name) {
     return d ? d->getLibPath().getString(ZuPathName::UnixPathType).getValue() : "(none)";
 }
 
-ZuModule* keptModule = nullptr;
-
 bool has(const std::string& text, const std::string& piece) {
     return text.find(piece) != std::string::npos;
 }
+
+// Every piece stands somewhere in output.
+void expectAll(const std::string& output, const std::vector<std::string>& pieces) {
+    for (const std::string& piece : pieces)
+        EXPECT_TRUE(has(output, piece)) << piece << "\n" << output;
+}
+
+// Runs body in a child with that ZUMODULEPATH and ZU_TRACEMODULES (null: unset), expects
+// it to succeed and returns what it wrote.
+std::string runIn(const std::string& path, const char* trace, const std::function<int()>& body) {
+    const ChildResult r =
+        runChild({{"ZUMODULEPATH", path.c_str()}, {"ZU_TRACEMODULES", trace}}, body);
+    EXPECT_EQ(r.exitCode, 0) << r.output;
+    return r.output;
+}
+
+ZuModule* keptModule = nullptr;
 
 } // namespace
 
 TEST(ModuleLoad, LoadsByNameThroughItsDescriptorWithTrace) {
     TempDir dir;
     addModule(dir, "plain");
-    const ChildResult r = runChild(
-        {{"ZUMODULEPATH", dir.path().c_str()}, {"ZU_TRACEMODULES", "Yes"}}, [] {
-            unsigned count = 5;
-            CHILD_CHECK(ZuModule::GetDescriptors(count) == nullptr && count == 0);
-            int calls = 0;
-            ZuModule* m = ZuModule::Load("plain", &calls);
-            CHILD_CHECK(m && calls == 1 && ZuModule::GetError() == ZuModule::NoError);
-            // The same module again, also by its library's file name.
-            CHILD_CHECK(ZuModule::Load("plain", &calls) == m);
-            CHILD_CHECK(ZuModule::Load("libplain.so", &calls) == m && calls == 1);
-            ZuModuleDescriptor* d = ZuModule::Find("plain");
-            CHILD_CHECK(d && m->getDescriptor() == d && d->getModule() == m);
-            CHILD_CHECK(d->getDescriptor() && d->getDescriptor()->getRootElement());
-            CHILD_CHECK(ZuModule::Find("plai") == nullptr && ZuModule::Load(static_cast<const char*>(nullptr), &calls) == nullptr);
-            ZuModuleDescriptor** all = ZuModule::GetDescriptors(count);
-            CHILD_CHECK(count == 1 && all && all[0] == d);
-            delete m;
-            return 0;
-        });
-    EXPECT_EQ(r.exitCode, 0) << r.output;
+    const std::string out = runIn(dir.path(), "Yes", [] {
+        unsigned count = 5;
+        CHILD_CHECK(ZuModule::GetDescriptors(count) == nullptr && count == 0);
+        int calls = 0;
+        ZuModule* m = ZuModule::Load("plain", &calls);
+        CHILD_CHECK(m && calls == 1 && ZuModule::GetError() == ZuModule::NoError);
+        // The same module again, also by its library's file name.
+        CHILD_CHECK(ZuModule::Load("plain", &calls) == m);
+        CHILD_CHECK(ZuModule::Load("libplain.so", &calls) == m && calls == 1);
+        ZuModuleDescriptor* d = ZuModule::Find("plain");
+        CHILD_CHECK(d && m->getDescriptor() == d && d->getModule() == m);
+        CHILD_CHECK(d->getDescriptor() && d->getDescriptor()->getRootElement());
+        CHILD_CHECK(!ZuModule::Find("plai"));
+        CHILD_CHECK(!ZuModule::Load(static_cast<const char*>(nullptr), &calls));
+        ZuModuleDescriptor** all = ZuModule::GetDescriptors(count);
+        CHILD_CHECK(count == 1 && all && all[0] == d);
+        delete m;
+        return 0;
+    });
     const std::string& p = dir.path();
     EXPECT_EQ(firstMissingInOrder(
-                  r.output,
-                  {"ZuModuleLoader: Scanning " + p + "/plain.imd - lib=" + p + "/plain.so\n",
-                   ") -> name=plain\n", "ZuModuleLoader: Loading plain - lib=" + p + "/plain.so\n",
-                   "_ZuModuleDesc::load lib=" + p + "/plain.so, entryPoint=ZuInitModule\n",
-                   "init plain.so\n    => Success!\n", "delete module\n"}),
+                  out, {"ZuModuleLoader: Scanning " + p + "/plain.imd - lib=" + p + "/plain.so\n",
+                        ") -> name=plain\n", "ZuModuleLoader: Loading plain - lib=" + p + "/plain.so\n",
+                        "_ZuModuleDesc::load lib=" + p + "/plain.so, entryPoint=ZuInitModule\n",
+                        "init plain.so\n    => Success!\n", "delete module\n"}),
               "")
-        << r.output;
-    EXPECT_TRUE(has(r.output, "ZuModule::Load(0x")) << r.output;
+        << out;
+    EXPECT_TRUE(has(out, "ZuModule::Load(0x")) << out;
 }
 
 TEST(ModuleLoad, RequiredModulesLoadFirstDepthFirst) {
@@ -97,27 +110,22 @@ TEST(ModuleLoad, RequiredModulesLoadFirstDepthFirst) {
     addModule(dir, "mid", requires("plain"));
     addModule(dir, "side");
     addModule(dir, "plain");
-    const ChildResult r = runChild(
-        {{"ZUMODULEPATH", dir.path().c_str()}, {"ZU_TRACEMODULES", "load"}}, [] {
-            int calls = 0;
-            ZuModule* top = ZuModule::Load("top", &calls);
-            // Required modules get a null argument.
-            CHILD_CHECK(top && calls == 1);
-            CHILD_CHECK(ZuModule::Find("plain")->getModule());
-            unload("plain");
-            unload("mid");
-            unload("side");
-            delete top;
-            return 0;
-        });
-    EXPECT_EQ(r.exitCode, 0) << r.output;
-    EXPECT_EQ(firstMissingInOrder(r.output, {"    requires module: mid\n",
-                                             "    requires module: plain\n", "init plain.so\n",
-                                             "init mid.so\n", "    requires module: side\n",
-                                             "init side.so\n", "init top.so\n"}),
+    const std::string out = runIn(dir.path(), "load", [] {
+        int calls = 0;
+        ZuModule* top = ZuModule::Load("top", &calls);
+        CHILD_CHECK(top && calls == 1); // required modules get a null argument
+        CHILD_CHECK(ZuModule::Find("plain")->getModule());
+        for (const char* name : {"plain", "mid", "side", "top"})
+            unload(name);
+        return 0;
+    });
+    EXPECT_EQ(firstMissingInOrder(out, {"    requires module: mid\n", "    requires module: plain\n",
+                                        "init plain.so\n", "init mid.so\n",
+                                        "    requires module: side\n", "init side.so\n",
+                                        "init top.so\n"}),
               "")
-        << r.output;
-    EXPECT_FALSE(has(r.output, "Scanning")) << "scan tracing is off with \"load\"";
+        << out;
+    EXPECT_FALSE(has(out, "Scanning")) << "scan tracing is off with \"load\"";
 }
 
 TEST(ModuleLoad, FailuresLeaveTheDescriptorRegisteredAndUnloaded) {
@@ -128,70 +136,51 @@ TEST(ModuleLoad, FailuresLeaveTheDescriptorRegisteredAndUnloaded) {
     dir.write("broken.imd", descriptor("5.7"));
     addModule(dir, "needsghost", requires("ghost"));
     addModule(dir, "badreq", "  <requires name=\"plain\"/>\n");
-    const ChildResult r = runChild(
-        {{"ZUMODULEPATH", dir.path().c_str()}, {"ZU_TRACEMODULES", "load"}}, [] {
-            // The entry point refuses with a value of its own: the module it returned goes.
-            CHILD_CHECK(!ZuModule::Load("refuse", nullptr));
-            CHILD_CHECK(ZuModule::GetError() == 7);
-            CHILD_CHECK(ZuModule::Find("refuse") && !ZuModule::Find("refuse")->getModule());
-            CHILD_CHECK(!ZuModule::Load("refuse", nullptr)); // tried again
-            CHILD_CHECK(!ZuModule::Load("noentry", nullptr));
-            CHILD_CHECK(ZuModule::GetError() == ZuModule::EntryPointNotFound);
-            CHILD_CHECK(!ZuModule::Load("broken", nullptr));
-            CHILD_CHECK(ZuModule::GetError() == ZuModule::ModuleNotFound);
-            CHILD_CHECK(!ZuModule::Load("needsghost", nullptr));
-            CHILD_CHECK(ZuModule::GetError() == ZuModule::DependencyNotResolved);
-            ZuModule::SetError(ZuModule::EntryPointNotFound);
-            CHILD_CHECK(!ZuModule::Load("badreq", nullptr));
-            CHILD_CHECK(ZuModule::GetError() == ZuModule::NoError); // left as it was
-            CHILD_CHECK(std::string(ZuModule::GetErrorName(ZuModule::Error(9))) == "Unknown");
-            return 0;
-        });
-    EXPECT_EQ(r.exitCode, 0) << r.output;
-    for (const char* piece :
-         {"init refuse.so\ndelete module\n    => FAILURE. Error:Unknown\n",
-          "    => FAILURE. Error:EntryPointNotFound\n", "    => FAILURE. Error:ModuleNotFound\n",
-          "ZuModule error: Module 'needsghost' requires unloadable module 'ghost'\n",
-          "ZuModule error: 'requires' tag needs a 'module' attribute.\n"})
-        EXPECT_TRUE(has(r.output, piece)) << piece << "\n" << r.output;
-    EXPECT_NE(r.output.find("init refuse.so"), r.output.rfind("init refuse.so"));
-}
-
-TEST(ModuleLoad, DependencyCyclesFailInsteadOfRecursing) {
-    TempDir dir;
     addModule(dir, "a", requires("b"));
     addModule(dir, "b", requires("a"));
     addModule(dir, "self", requires("self"));
-    const ChildResult r = runChild({{"ZUMODULEPATH", dir.path().c_str()}}, [] {
-        CHILD_CHECK(!ZuModule::Load("a", nullptr));
-        CHILD_CHECK(ZuModule::GetError() == ZuModule::DependencyNotResolved);
-        CHILD_CHECK(!ZuModule::Load("self", nullptr));
-        CHILD_CHECK(ZuModule::GetError() == ZuModule::DependencyNotResolved);
+    const std::string out = runIn(dir.path(), "load", [] {
+        // The entry point refuses with a value of its own: the module it returned goes.
+        CHILD_CHECK(!ZuModule::Load("refuse", nullptr) && ZuModule::GetError() == 7);
+        CHILD_CHECK(ZuModule::Find("refuse") && !ZuModule::Find("refuse")->getModule());
+        CHILD_CHECK(!ZuModule::Load("refuse", nullptr)); // tried again
+        // Dependency cycles fail instead of recursing.
+        const std::pair<const char*, int> failures[] = {
+            {"noentry", ZuModule::EntryPointNotFound}, {"broken", ZuModule::ModuleNotFound},
+            {"needsghost", ZuModule::DependencyNotResolved},
+            {"a", ZuModule::DependencyNotResolved}, {"self", ZuModule::DependencyNotResolved}};
+        for (const auto& [name, error] : failures)
+            CHILD_CHECK(!ZuModule::Load(name, nullptr) && ZuModule::GetError() == error);
+        ZuModule::SetError(ZuModule::EntryPointNotFound);
+        CHILD_CHECK(!ZuModule::Load("badreq", nullptr));
+        CHILD_CHECK(ZuModule::GetError() == ZuModule::NoError); // left as it was
+        CHILD_CHECK(std::string(ZuModule::GetErrorName(ZuModule::Error(9))) == "Unknown");
         return 0;
     });
-    EXPECT_EQ(r.exitCode, 0) << r.output;
-    for (const char* piece : {"ZuModule error: Module 'b' requires unloadable module 'a'\n",
-                              "ZuModule error: Module 'a' requires unloadable module 'b'\n",
-                              "ZuModule error: Module 'self' requires unloadable module 'self'\n"})
-        EXPECT_TRUE(has(r.output, piece)) << piece << "\n" << r.output;
-    EXPECT_FALSE(has(r.output, "init ")) << r.output;
+    expectAll(out, {"init refuse.so\ndelete module\n    => FAILURE. Error:Unknown\n",
+                    "    => FAILURE. Error:EntryPointNotFound\n",
+                    "    => FAILURE. Error:ModuleNotFound\n",
+                    "ZuModule error: Module 'needsghost' requires unloadable module 'ghost'\n",
+                    "ZuModule error: 'requires' tag needs a 'module' attribute.\n",
+                    "ZuModule error: Module 'b' requires unloadable module 'a'\n",
+                    "ZuModule error: Module 'a' requires unloadable module 'b'\n",
+                    "ZuModule error: Module 'self' requires unloadable module 'self'\n"});
+    EXPECT_NE(out.find("init refuse.so"), out.rfind("init refuse.so"));
+    for (const char* never : {"init a.so", "init b.so", "init self.so"})
+        EXPECT_FALSE(has(out, never)) << out;
 }
 
 TEST(ModuleScan, VersionAndRootAreChecked) {
     TempDir dir;
     const std::pair<const char*, std::string> files[] = {
-        {"v570", descriptor("5.70")},
-        {"v58", descriptor("5.8")},
-        {"v5", descriptor("5")},
-        {"none", "<module>\n</module>\n"},
-        {"thing", "<thing version=\"5.7\"/>\n"},
-        {"broken", "<module version=\"5.7\"><oops></module>"}};
+        {"v570", descriptor("5.70")}, {"v58", descriptor("5.8")}, {"v5", descriptor("5")},
+        {"none", "<module>\n</module>\n"}, {"thing", "<thing version=\"5.7\"/>\n"},
+        {"broken", "<module version=\"5.7\"><oops></module>"}, {"good", descriptor("5.7")}};
     for (const auto& [name, text] : files) {
         copyModule(dir, "plain", std::string(name) + ".so");
         dir.write(std::string(name) + ".imd", text);
     }
-    addModule(dir, "good");
-    const ChildResult r = runChild({{"ZUMODULEPATH", dir.path().c_str()}}, [] {
+    const std::string out = runIn(dir.path(), nullptr, [] {
         ZuModule::ReScan();
         CHILD_CHECK(ZuModule::Find("v570") && ZuModule::Find("good"));
         for (const char* refused : {"v58", "v5", "none", "thing", "broken"})
@@ -200,15 +189,13 @@ TEST(ModuleScan, VersionAndRootAreChecked) {
         CHILD_CHECK(ZuModule::GetDescriptors(count) && count == 2);
         return 0;
     });
-    EXPECT_EQ(r.exitCode, 0) << r.output;
     const std::string& p = dir.path();
-    for (const std::string& piece :
-         {"ZuModule: Invalid version (\"5.8\") in module descriptor '" + p +
-              "/v58.imd'. Expecting \"5.7\"\n",
-          "ZuModule: Invalid version (\"5\") in module descriptor '" + p + "/v5.imd'",
-          "ZuModule: Invalid version (\"\") in module descriptor '" + p + "/none.imd'",
-          "ZuModuleLoader error: File '" + p + "/thing.imd is not a valid Module Descriptor\n"})
-        EXPECT_TRUE(has(r.output, piece)) << piece << "\n" << r.output;
+    expectAll(out, {"ZuModule: Invalid version (\"5.8\") in module descriptor '" + p +
+                        "/v58.imd'. Expecting \"5.7\"\n",
+                    "ZuModule: Invalid version (\"5\") in module descriptor '" + p + "/v5.imd'",
+                    "ZuModule: Invalid version (\"\") in module descriptor '" + p + "/none.imd'",
+                    "ZuModuleLoader error: File '" + p +
+                        "/thing.imd is not a valid Module Descriptor\n"});
 }
 
 TEST(ModuleScan, LibraryCandidatesAndTheFirstDirectoryWins) {
@@ -219,24 +206,19 @@ TEST(ModuleScan, LibraryCandidatesAndTheFirstDirectoryWins) {
     addModule(second, "dup");
     first.write("orphan.imd", descriptor("5.7"));
     first.write("libbar.imd", descriptor("5.7"));
-    const std::string path = first.path() + ":" + second.path();
-    const ChildResult r = runChild(
-        {{"ZUMODULEPATH", path.c_str()}, {"ZU_TRACEMODULES", "SCAN"}}, [&] {
-            ZuModule::ReScan();
-            CHILD_CHECK(libPathOf("foo") == first.file("libfoo.so"));
-            CHILD_CHECK(libPathOf("dup") == first.file("dup.so"));
-            CHILD_CHECK(!ZuModule::Find("orphan") && !ZuModule::Find("libbar"));
-            ZuModule* foo = ZuModule::Load("foo", nullptr);
-            CHILD_CHECK(foo && ZuModule::Load("libfoo.so", nullptr) == foo);
-            delete foo;
-            return 0;
-        });
-    EXPECT_EQ(r.exitCode, 0) << r.output;
-    EXPECT_TRUE(has(r.output, "ZuModule: Cannot find library : " + first.file("liborphan.so") + "\n"))
-        << r.output;
-    EXPECT_TRUE(has(r.output, "ZuModule: Cannot find library : " + first.file("libbar.so") + "\n"))
-        << r.output;
-    EXPECT_FALSE(has(r.output, "Scanning " + second.file("dup.imd"))) << r.output;
+    const std::string out = runIn(first.path() + ":" + second.path(), "SCAN", [&] {
+        ZuModule::ReScan();
+        CHILD_CHECK(libPathOf("foo") == first.file("libfoo.so"));
+        CHILD_CHECK(libPathOf("dup") == first.file("dup.so"));
+        CHILD_CHECK(!ZuModule::Find("orphan") && !ZuModule::Find("libbar"));
+        ZuModule* foo = ZuModule::Load("foo", nullptr);
+        CHILD_CHECK(foo && ZuModule::Load("libfoo.so", nullptr) == foo);
+        delete foo;
+        return 0;
+    });
+    expectAll(out, {"ZuModule: Cannot find library : " + first.file("liborphan.so") + "\n",
+                    "ZuModule: Cannot find library : " + first.file("libbar.so") + "\n"});
+    EXPECT_FALSE(has(out, "Scanning " + second.file("dup.imd"))) << out;
 }
 
 TEST(ModuleScan, OldFormatIsConvertedWithAWarning) {
@@ -246,52 +228,44 @@ TEST(ModuleScan, OldFormatIsConvertedWithAWarning) {
                          "Animal { Cat }\n");
     copyModule(dir, "plain", "empty.so");
     dir.write("empty.imd", "// Marquesolt\n");
-    const ChildResult r = runChild({{"ZUMODULEPATH", dir.path().c_str()}}, [] {
+    const std::string out = runIn(dir.path(), nullptr, [] {
         ZuModule::ReScan();
         CHILD_CHECK(!ZuModule::Find("empty"));
         ZuModuleDescriptor* d = ZuModule::Find("old");
-        CHILD_CHECK(d && d->getDescriptor());
-        ZuXmlElement* root = d->getDescriptor()->getRootElement();
+        ZuXmlElement* root = d && d->getDescriptor() ? d->getDescriptor()->getRootElement() : nullptr;
         CHILD_CHECK(root && std::string(root->getAttributeValue("version")) == "5.0");
         CHILD_CHECK(std::string(root->getAttributeValue("name")) == "old");
         ZuXmlElement* cat = nullptr;
         int classes = 0;
-        for (ZuXmlElement* e = root->getElement("class"); e; e = root->getElement("class", e)) {
-            ++classes;
+        for (ZuXmlElement* e = root->getElement("class"); e; e = root->getElement("class", e), ++classes)
             cat = e;
-        }
         CHILD_CHECK(classes == 3 && std::string(cat->getAttributeValue("name")) == "Cat" &&
                     std::string(cat->getAttributeValue("rootClass")) == "Animal");
-        // A converted descriptor still loads its library.
-        ZuModule* m = ZuModule::Load("old", nullptr);
+        ZuModule* m = ZuModule::Load("old", nullptr); // a converted descriptor still loads
         CHILD_CHECK(m);
         delete m;
         return 0;
     });
-    EXPECT_EQ(r.exitCode, 0) << r.output;
-    EXPECT_TRUE(has(r.output, "ZuModule warning: module descriptor '" + dir.file("old.imd") +
-                                  "' has an old format.\nHere is the new preferred format:\n<"))
-        << r.output;
-    EXPECT_TRUE(has(r.output, "rootClass=\"Shape\"")) << r.output;
+    expectAll(out, {"ZuModule warning: module descriptor '" + dir.file("old.imd") +
+                        "' has an old format.\nHere is the new preferred format:\n<",
+                    "rootClass=\"Shape\""});
 }
 
 TEST(ModuleLoad, ByFileNameAlongThePathWithoutDescriptor) {
     TempDir dir;
     copyModule(dir, "plain", "libsolo.so");
     addModule(dir, "here");
-    const ChildResult r = runChild(
-        {{"ZUMODULEPATH", dir.path().c_str()}, {"ZU_TRACEMODULES", nullptr}}, [&] {
-            ZuModule* solo = ZuModule::Load("solo", nullptr);
-            CHILD_CHECK(solo && ZuModule::Find("solo"));
-            CHILD_CHECK(ZuModule::Find("solo")->getDescriptor() == nullptr);
-            CHILD_CHECK(libPathOf("solo") == dir.file("libsolo.so"));
-            CHILD_CHECK(ZuModule::Load("libsolo.so", nullptr) == solo);
-            // "solo.so" is looked for as "solo.so.so" and "libsolo.so.so": no new file.
-            CHILD_CHECK(!ZuModule::Load("nothing", nullptr));
-            delete solo;
-            return 0;
-        });
-    EXPECT_EQ(r.exitCode, 0) << r.output;
+    runIn(dir.path(), nullptr, [&] {
+        ZuModule* solo = ZuModule::Load("solo", nullptr);
+        CHILD_CHECK(solo && ZuModule::Find("solo"));
+        CHILD_CHECK(ZuModule::Find("solo")->getDescriptor() == nullptr);
+        CHILD_CHECK(libPathOf("solo") == dir.file("libsolo.so"));
+        CHILD_CHECK(ZuModule::Load("libsolo.so", nullptr) == solo);
+        // "solo.so" is looked for as "solo.so.so" and "libsolo.so.so": no new file.
+        CHILD_CHECK(!ZuModule::Load("nothing", nullptr));
+        delete solo;
+        return 0;
+    });
 
     // From the current directory, which heads the module path: the library path is
     // relative and still reaches the file, never the dynamic loader's own search.
@@ -312,39 +286,34 @@ TEST(ModuleLoad, ByFileNameAlongThePathWithoutDescriptor) {
 TEST(ModuleLoad, DisableLoadRefusesEveryLoad) {
     TempDir dir;
     addModule(dir, "plain");
-    const ChildResult r = runChild(
-        {{"ZUMODULEPATH", dir.path().c_str()}, {"ZU_TRACEMODULES", "DisableLoad"}}, [] {
-            CHILD_CHECK(!ZuModule::Load("plain", nullptr));
-            CHILD_CHECK(ZuModule::GetError() == ZuModule::ModuleNotFound);
-            CHILD_CHECK(ZuModule::Find("plain")); // scanned all the same
-            return 0;
-        });
-    EXPECT_EQ(r.exitCode, 0) << r.output;
-    EXPECT_TRUE(has(r.output, "ZuModuleLoader: Loading Disabled\n")) << r.output;
-    EXPECT_FALSE(has(r.output, "init ")) << r.output;
+    const std::string out = runIn(dir.path(), "DisableLoad", [] {
+        CHILD_CHECK(!ZuModule::Load("plain", nullptr));
+        CHILD_CHECK(ZuModule::GetError() == ZuModule::ModuleNotFound);
+        CHILD_CHECK(ZuModule::Find("plain")); // scanned all the same
+        return 0;
+    });
+    EXPECT_TRUE(has(out, "ZuModuleLoader: Loading Disabled\n")) << out;
+    EXPECT_FALSE(has(out, "init ")) << out;
 }
 
 TEST(ModuleLoad, ModulesDeletedBeforeOrAfterTeardownExitCleanly) {
     TempDir dir;
     addModule(dir, "plain");
     addModule(dir, "kept");
-    const ChildResult r = runChild({{"ZUMODULEPATH", dir.path().c_str()}}, [] {
+    const std::string out = runIn(dir.path(), nullptr, [] {
         // Registered before the context exists, so it runs after the context's teardown.
         std::atexit([] { delete keptModule; });
-        ZuModule* m = ZuModule::Load("plain", nullptr);
-        CHILD_CHECK(m);
-        delete m; // runs code of the module's library, which stays mapped meanwhile
-        CHILD_CHECK(!ZuModule::Find("plain"));
-        // Loading it again finds the library by its file name.
-        ZuModule* again = ZuModule::Load("plain", nullptr);
-        CHILD_CHECK(again && again != nullptr);
-        delete again;
+        for (int round = 0; round < 2; ++round) { // the second load finds the library again
+            ZuModule* m = ZuModule::Load("plain", nullptr);
+            CHILD_CHECK(m);
+            delete m; // runs code of the module's library, which stays mapped meanwhile
+            CHILD_CHECK(!ZuModule::Find("plain"));
+        }
         // Left loaded: the teardown detaches it, and it is deleted after the teardown.
         keptModule = ZuModule::Load("kept", nullptr);
         CHILD_CHECK(keptModule);
         return 0;
     });
-    EXPECT_EQ(r.exitCode, 0) << r.output;
-    EXPECT_EQ(r.output, "init plain.so\ndelete module\ninit plain.so\ndelete module\n"
-                        "init kept.so\ndelete module\n");
+    EXPECT_EQ(out, "init plain.so\ndelete module\ninit plain.so\ndelete module\n"
+                   "init kept.so\ndelete module\n");
 }
