@@ -6,7 +6,7 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <sstream>
@@ -37,12 +37,8 @@ inline ChildResult runChild(const ChildEnv& env, const std::function<int()>& bod
     if (pid == 0) {
         dup2(fd, 1);
         dup2(fd, 2);
-        for (const auto& [name, value] : env) {
-            if (value)
-                setenv(name.c_str(), value, 1);
-            else
-                unsetenv(name.c_str());
-        }
+        for (const auto& [name, value] : env)
+            value ? setenv(name.c_str(), value, 1) : unsetenv(name.c_str());
         setvbuf(stdout, nullptr, _IONBF, 0);
         std::exit(body());
     }
@@ -50,9 +46,8 @@ inline ChildResult runChild(const ChildEnv& env, const std::function<int()>& bod
     int status = 0;
     if (pid > 0 && waitpid(pid, &status, 0) == pid && WIFEXITED(status))
         result.exitCode = WEXITSTATUS(status);
-    std::ifstream in(path);
     std::stringstream text;
-    text << in.rdbuf();
+    text << std::ifstream(path).rdbuf();
     result.output = text.str();
     unlink(path);
     return result;
@@ -86,12 +81,11 @@ class TempDir {
 public:
     TempDir() {
         char pattern[] = "/tmp/zu_module_XXXXXX";
-        const char* made = mkdtemp(pattern);
-        _path = made ? made : "";
+        _path = mkdtemp(pattern) ? pattern : "";
     }
     ~TempDir() {
-        if (!_path.empty())
-            std::system(("rm -rf '" + _path + "'").c_str());
+        std::error_code ignored;
+        std::filesystem::remove_all(_path, ignored);
     }
     TempDir(const TempDir&) = delete;
     TempDir& operator=(const TempDir&) = delete;

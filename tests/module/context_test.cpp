@@ -23,19 +23,22 @@ void* const objectKey = &objectStorage;
 
 std::string text(const ZuString& s) { return s.getValue() ? s.getValue() : ""; }
 
+std::string homePath() {
+    return text(context()->getHomePath().getString(ZuPathName::UnixPathType));
+}
+
+// Prints who, and whether the symbol "kept" and the value under objectKey are still there.
+void report(const char* who) {
+    void* value = nullptr;
+    std::printf("%s (symbol %s, value %s)\n", who, ZuSymbol::Get("kept", false) ? "kept" : "gone",
+                context()->getValue(value, nullptr, objectKey) ? "kept" : "gone");
+}
+
+// Exit callbacks run first, while symbols and values are there; free callbacks come after
+// the values went, before the symbols go.
 void exit1() { std::puts("exit 1"); }
-void exit2() {
-    // Exit callbacks run first: symbols and values are still there.
-    void* value = nullptr;
-    std::printf("exit 2 (symbol %s, value %s)\n", ZuSymbol::Get("kept", false) ? "kept" : "gone",
-                context()->getValue(value, nullptr, objectKey) ? "kept" : "gone");
-}
-void free1() {
-    void* value = nullptr;
-    // Free callbacks come after the values went, before the symbols go.
-    std::printf("free 1 (symbol %s, value %s)\n", ZuSymbol::Get("kept", false) ? "kept" : "gone",
-                context()->getValue(value, nullptr, objectKey) ? "kept" : "gone");
-}
+void exit2() { report("exit 2"); }
+void free1() { report("free 1"); }
 void free2() { std::puts("free 2"); }
 
 int registerCallbacks() {
@@ -86,65 +89,53 @@ TEST(GlobalContext, ValueTableReportsItsCodes) {
 }
 
 TEST(GlobalContext, TeardownRunsCallbacksInOrderOfRegistration) {
-    const char* expected = "exit 1\nexit 2 (symbol kept, value kept)\n"
-                           "free 1 (symbol kept, value gone)\nfree 2\n";
-    struct Case {
-        const char* setting;
-        bool freeCallbacks;
-    } cases[] = {{nullptr, true}, {"OFF", false}, {"no", false}, {"False", false},
-                 {"0", false},    {"1", true},    {"maybe", true}};
-    for (const Case& c : cases) {
-        const ChildResult r = runChild({{"ZU_CALL_FREE_CALLBACKS", c.setting}}, registerCallbacks);
+    const std::string exitPart = "exit 1\nexit 2 (symbol kept, value kept)\n";
+    const std::string freePart = "free 1 (symbol kept, value gone)\nfree 2\n";
+    const std::pair<const char*, bool> cases[] = {{nullptr, true}, {"OFF", false}, {"no", false},
+                                                  {"False", false}, {"0", false},   {"1", true},
+                                                  {"maybe", true}};
+    for (const auto& [setting, freeCallbacks] : cases) {
+        const ChildResult r = runChild({{"ZU_CALL_FREE_CALLBACKS", setting}}, registerCallbacks);
         EXPECT_EQ(r.exitCode, 0) << r.output;
-        const std::string exitPart = "exit 1\nexit 2 (symbol kept, value kept)\n";
-        EXPECT_EQ(r.output, c.freeCallbacks ? std::string(expected) : exitPart)
-            << (c.setting ? c.setting : "(unset)");
+        EXPECT_EQ(r.output, exitPart + (freeCallbacks ? freePart : ""))
+            << (setting ? setting : "(unset)");
     }
 }
 
 TEST(GlobalContext, HomeAndModulePathsComeFromTheEnvironment) {
-    const ChildResult home = runChild({{"HOME", "/tmp/zu home"}}, [] {
-        CHILD_CHECK(text(context()->getHomePath().getString(ZuPathName::UnixPathType)) ==
-                    "/tmp/zu home/.Vantrel/");
-        return 0;
-    });
-    EXPECT_EQ(home.exitCode, 0) << home.output;
-    const ChildResult noHome = runChild({{"HOME", nullptr}}, [] {
-        CHILD_CHECK(text(context()->getHomePath().getString(ZuPathName::UnixPathType)) ==
-                    ".Vantrel/");
-        context()->setLocale(context()->getLocale()); // rebuilt, not stacked
-        CHILD_CHECK(text(context()->getHomePath().getString(ZuPathName::UnixPathType)) ==
-                    ".Vantrel/");
-        return 0;
-    });
-    EXPECT_EQ(noHome.exitCode, 0) << noHome.output;
-
     struct Case {
+        const char* home;
         const char* zuModulePath;
         const char* ldLibraryPath;
         const char* post;
-    } cases[] = {{"", "/lib/a", nullptr}, // set but empty: LD_LIBRARY_PATH is ignored
-                 {nullptr, "/lib/a:/lib/b", "/lib/a/:/lib/b/"},
-                 {"/m/one:/m/two", "/lib/a", "/m/one/:/m/two/"},
-                 {nullptr, nullptr, ""}};
+        const char* homePath;
+    } cases[] = {// ZUMODULEPATH set, even empty: LD_LIBRARY_PATH is ignored.
+                 {"/tmp/zu home", "", "/lib/a", nullptr, "/tmp/zu home/.Vantrel/"},
+                 {nullptr, nullptr, "/lib/a:/lib/b", "/lib/a/:/lib/b/", ".Vantrel/"},
+                 {"/h", "/m/one:/m/two", "/lib/a", "/m/one/:/m/two/", "/h/.Vantrel/"},
+                 {"/h", nullptr, nullptr, "", "/h/.Vantrel/"}};
     for (const Case& c : cases) {
-        const ChildResult r = runChild(
-            {{"ZUMODULEPATH", c.zuModulePath}, {"LD_LIBRARY_PATH", c.ldLibraryPath}}, [&] {
-                const ZuPathList& path = context()->getModulePath();
-                CHILD_CHECK(text(path.getPrevListString()) == "./");
-                CHILD_CHECK(text(path.getListString()).empty());
-                CHILD_CHECK(postIs(path, c.post));
-                context()->addInModulePathList(ZuPathName("/added/"));
-                context()->addInModulePathPrevList(ZuPathName("/first/"));
-                context()->addInModulePathPostList(ZuPathName("/last/"));
-                CHILD_CHECK(text(path.getListString()) == "/added/");
-                CHILD_CHECK(text(path.getPrevListString()) == "./:/first/");
-                // A locale switch rebuilds the path from the environment.
-                ZuSetLocale("C");
-                CHILD_CHECK(text(path.getListString()).empty());
-                CHILD_CHECK(postIs(path, c.post));
-                return 0;
-            });
+        const ChildResult r = runChild({{"HOME", c.home}, {"ZUMODULEPATH", c.zuModulePath},
+                                        {"LD_LIBRARY_PATH", c.ldLibraryPath}},
+                                       [&] {
+            CHILD_CHECK(homePath() == c.homePath);
+            context()->setLocale(context()->getLocale()); // rebuilt, not stacked
+            CHILD_CHECK(homePath() == c.homePath);
+            const ZuPathList& path = context()->getModulePath();
+            CHILD_CHECK(text(path.getPrevListString()) == "./");
+            CHILD_CHECK(text(path.getListString()).empty());
+            CHILD_CHECK(postIs(path, c.post));
+            context()->addInModulePathList(ZuPathName("/added/"));
+            context()->addInModulePathPrevList(ZuPathName("/first/"));
+            context()->addInModulePathPostList(ZuPathName("/last/"));
+            CHILD_CHECK(text(path.getListString()) == "/added/");
+            CHILD_CHECK(text(path.getPrevListString()) == "./:/first/");
+            // A locale switch rebuilds the path from the environment.
+            ZuSetLocale("C");
+            CHILD_CHECK(text(path.getListString()).empty());
+            CHILD_CHECK(postIs(path, c.post));
+            return 0;
+        });
         EXPECT_EQ(r.exitCode, 0) << (c.zuModulePath ? c.zuModulePath : "(unset)") << "\n"
                                  << r.output;
     }

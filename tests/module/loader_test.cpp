@@ -71,10 +71,11 @@ ZuModule* keptModule = nullptr;
 
 } // namespace
 
-TEST(ModuleLoad, LoadsByNameThroughItsDescriptorWithTrace) {
+TEST(ModuleLoad, LoadsByNameThroughItsDescriptorOrLibraryFileWithTrace) {
     TempDir dir;
     addModule(dir, "plain");
-    const std::string out = runIn(dir.path(), "Yes", [] {
+    copyModule(dir, "plain", "libsolo.so");
+    const std::string out = runIn(dir.path(), "Yes", [&] {
         unsigned count = 5;
         CHILD_CHECK(ZuModule::GetDescriptors(count) == nullptr && count == 0);
         int calls = 0;
@@ -90,6 +91,13 @@ TEST(ModuleLoad, LoadsByNameThroughItsDescriptorWithTrace) {
         CHILD_CHECK(!ZuModule::Load(static_cast<const char*>(nullptr), &calls));
         ZuModuleDescriptor** all = ZuModule::GetDescriptors(count);
         CHILD_CHECK(count == 1 && all && all[0] == d);
+        // Without a descriptor, by the library file found along the path.
+        ZuModule* solo = ZuModule::Load("solo", nullptr);
+        CHILD_CHECK(solo && ZuModule::Find("solo") && !ZuModule::Find("solo")->getDescriptor());
+        CHILD_CHECK(libPathOf("solo") == dir.file("libsolo.so"));
+        CHILD_CHECK(ZuModule::Load("libsolo.so", nullptr) == solo);
+        CHILD_CHECK(!ZuModule::Load("nothing", nullptr));
+        delete solo;
         delete m;
         return 0;
     });
@@ -170,12 +178,14 @@ TEST(ModuleLoad, FailuresLeaveTheDescriptorRegisteredAndUnloaded) {
         EXPECT_FALSE(has(out, never)) << out;
 }
 
-TEST(ModuleScan, VersionAndRootAreChecked) {
+TEST(ModuleScan, VersionAndRootAreCheckedOldFormatConverted) {
     TempDir dir;
     const std::pair<const char*, std::string> files[] = {
         {"v570", descriptor("5.70")}, {"v58", descriptor("5.8")}, {"v5", descriptor("5")},
         {"none", "<module>\n</module>\n"}, {"thing", "<thing version=\"5.7\"/>\n"},
-        {"broken", "<module version=\"5.7\"><oops></module>"}, {"good", descriptor("5.7")}};
+        {"broken", "<module version=\"5.7\"><oops></module>"}, {"good", descriptor("5.7")},
+        {"old", "// Marquesolt descriptor, ignored\nShape {\n  Circle Square\n}\nAnimal { Cat }\n"},
+        {"empty", "// Marquesolt\n"}};
     for (const auto& [name, text] : files) {
         copyModule(dir, "plain", std::string(name) + ".so");
         dir.write(std::string(name) + ".imd", text);
@@ -183,10 +193,24 @@ TEST(ModuleScan, VersionAndRootAreChecked) {
     const std::string out = runIn(dir.path(), nullptr, [] {
         ZuModule::ReScan();
         CHILD_CHECK(ZuModule::Find("v570") && ZuModule::Find("good"));
-        for (const char* refused : {"v58", "v5", "none", "thing", "broken"})
+        for (const char* refused : {"v58", "v5", "none", "thing", "broken", "empty"})
             CHILD_CHECK(!ZuModule::Find(refused));
         unsigned count = 0;
-        CHILD_CHECK(ZuModule::GetDescriptors(count) && count == 2);
+        CHILD_CHECK(ZuModule::GetDescriptors(count) && count == 3);
+        // The old format becomes a descriptor of version 5.0 with one class per name.
+        ZuModuleDescriptor* d = ZuModule::Find("old");
+        ZuXmlElement* root = d && d->getDescriptor() ? d->getDescriptor()->getRootElement() : nullptr;
+        CHILD_CHECK(root && std::string(root->getAttributeValue("version")) == "5.0");
+        CHILD_CHECK(std::string(root->getAttributeValue("name")) == "old");
+        ZuXmlElement* cat = nullptr;
+        int classes = 0;
+        for (ZuXmlElement* e = root->getElement("class"); e; e = root->getElement("class", e), ++classes)
+            cat = e;
+        CHILD_CHECK(classes == 3 && std::string(cat->getAttributeValue("name")) == "Cat" &&
+                    std::string(cat->getAttributeValue("rootClass")) == "Animal");
+        ZuModule* m = ZuModule::Load("old", nullptr); // a converted descriptor still loads
+        CHILD_CHECK(m);
+        delete m;
         return 0;
     });
     const std::string& p = dir.path();
@@ -195,7 +219,10 @@ TEST(ModuleScan, VersionAndRootAreChecked) {
                     "ZuModule: Invalid version (\"5\") in module descriptor '" + p + "/v5.imd'",
                     "ZuModule: Invalid version (\"\") in module descriptor '" + p + "/none.imd'",
                     "ZuModuleLoader error: File '" + p +
-                        "/thing.imd is not a valid Module Descriptor\n"});
+                        "/thing.imd is not a valid Module Descriptor\n",
+                    "ZuModule warning: module descriptor '" + p +
+                        "/old.imd' has an old format.\nHere is the new preferred format:\n<",
+                    "rootClass=\"Shape\""});
 }
 
 TEST(ModuleScan, LibraryCandidatesAndTheFirstDirectoryWins) {
@@ -221,54 +248,11 @@ TEST(ModuleScan, LibraryCandidatesAndTheFirstDirectoryWins) {
     EXPECT_FALSE(has(out, "Scanning " + second.file("dup.imd"))) << out;
 }
 
-TEST(ModuleScan, OldFormatIsConvertedWithAWarning) {
+TEST(ModuleLoad, FromTheCurrentDirectoryByARelativePath) {
     TempDir dir;
-    copyModule(dir, "plain", "old.so");
-    dir.write("old.imd", "// Marquesolt descriptor, ignored\nShape {\n  Circle Square\n}\n"
-                         "Animal { Cat }\n");
-    copyModule(dir, "plain", "empty.so");
-    dir.write("empty.imd", "// Marquesolt\n");
-    const std::string out = runIn(dir.path(), nullptr, [] {
-        ZuModule::ReScan();
-        CHILD_CHECK(!ZuModule::Find("empty"));
-        ZuModuleDescriptor* d = ZuModule::Find("old");
-        ZuXmlElement* root = d && d->getDescriptor() ? d->getDescriptor()->getRootElement() : nullptr;
-        CHILD_CHECK(root && std::string(root->getAttributeValue("version")) == "5.0");
-        CHILD_CHECK(std::string(root->getAttributeValue("name")) == "old");
-        ZuXmlElement* cat = nullptr;
-        int classes = 0;
-        for (ZuXmlElement* e = root->getElement("class"); e; e = root->getElement("class", e), ++classes)
-            cat = e;
-        CHILD_CHECK(classes == 3 && std::string(cat->getAttributeValue("name")) == "Cat" &&
-                    std::string(cat->getAttributeValue("rootClass")) == "Animal");
-        ZuModule* m = ZuModule::Load("old", nullptr); // a converted descriptor still loads
-        CHILD_CHECK(m);
-        delete m;
-        return 0;
-    });
-    expectAll(out, {"ZuModule warning: module descriptor '" + dir.file("old.imd") +
-                        "' has an old format.\nHere is the new preferred format:\n<",
-                    "rootClass=\"Shape\""});
-}
-
-TEST(ModuleLoad, ByFileNameAlongThePathWithoutDescriptor) {
-    TempDir dir;
-    copyModule(dir, "plain", "libsolo.so");
     addModule(dir, "here");
-    runIn(dir.path(), nullptr, [&] {
-        ZuModule* solo = ZuModule::Load("solo", nullptr);
-        CHILD_CHECK(solo && ZuModule::Find("solo"));
-        CHILD_CHECK(ZuModule::Find("solo")->getDescriptor() == nullptr);
-        CHILD_CHECK(libPathOf("solo") == dir.file("libsolo.so"));
-        CHILD_CHECK(ZuModule::Load("libsolo.so", nullptr) == solo);
-        // "solo.so" is looked for as "solo.so.so" and "libsolo.so.so": no new file.
-        CHILD_CHECK(!ZuModule::Load("nothing", nullptr));
-        delete solo;
-        return 0;
-    });
-
-    // From the current directory, which heads the module path: the library path is
-    // relative and still reaches the file, never the dynamic loader's own search.
+    // The current directory heads the module path: the library path is relative and still
+    // reaches the file, never the dynamic loader's own search.
     const ChildResult here = runChild(
         {{"ZUMODULEPATH", ""}, {"LD_LIBRARY_PATH", "/nonexistent"}}, [&] {
             if (chdir(dir.path().c_str()) != 0)
