@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <sstream>
+#include <iterator>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -46,9 +46,8 @@ inline ChildResult runChild(const ChildEnv& env, const std::function<int()>& bod
     int status = 0;
     if (pid > 0 && waitpid(pid, &status, 0) == pid && WIFEXITED(status))
         result.exitCode = WEXITSTATUS(status);
-    std::stringstream text;
-    text << std::ifstream(path).rdbuf();
-    result.output = text.str();
+    std::ifstream in(path);
+    result.output.assign(std::istreambuf_iterator<char>(in), {});
     unlink(path);
     return result;
 }
@@ -61,20 +60,6 @@ inline ChildResult runChild(const ChildEnv& env, const std::function<int()>& bod
             return 1;                                                                       \
         }                                                                                   \
     } while (0)
-
-// The pieces stand in text in this order (a piece may start where the previous one
-// started); the first missing one, or "" when all are there.
-inline std::string firstMissingInOrder(const std::string& text,
-                                       const std::vector<std::string>& pieces) {
-    size_t at = 0;
-    for (const std::string& piece : pieces) {
-        const size_t found = text.find(piece, at);
-        if (found == std::string::npos)
-            return piece;
-        at = found;
-    }
-    return "";
-}
 
 // A fresh temporary directory, removed with its contents when the object goes.
 class TempDir {
