@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 
 namespace {
 
@@ -12,22 +13,20 @@ template <typename T> std::string shown(const T& value) {
     return out.str();
 }
 
-// r (one attribute) holding: e (attribute, no child), t (text only), a comment, a
-// CDATA section, a processing instruction and a character reference, then p (PI only).
 template <typename Node> Node* made(Node* node, void (Node::*set)(const char*), const char* value) {
     (node->*set)(value);
     return node;
 }
 
+// r (one attribute) holding: e (attributes, no child), t (text only), a comment, a CDATA
+// section, a processing instruction and a character reference, then p (PI only).
 void buildSample(ZuXmlDocument& doc) {
-    ZuXmlElement* root = new ZuXmlElement("r");
+    ZuXmlElement *root = new ZuXmlElement("r"), *e = new ZuXmlElement("e");
+    ZuXmlElement *t = new ZuXmlElement("t"), *p = new ZuXmlElement("p");
     root->addAttribute(new ZuXmlAttribute("a", "x&y\"'<>"));
-    ZuXmlElement* e = new ZuXmlElement("e");
     e->addAttribute(new ZuXmlAttribute("k", "v"));
     e->addAttribute(new ZuXmlAttribute("n", nullptr));
-    ZuXmlElement* t = new ZuXmlElement("t");
-    t->addChild(made<ZuXmlTextI>(new ZuXmlText, &ZuXmlTextI::setText, "hi & <bye>"));
-    ZuXmlElement* p = new ZuXmlElement("p");
+    t->addChild(textNode("hi & <bye>"));
     p->addChild(new ZuXmlPI);
     for (ZuXmlNodeI* n : std::initializer_list<ZuXmlNodeI*>{
              e, t, made<ZuXmlCommentI>(new ZuXmlComment, &ZuXmlCommentI::setComment, "note <&>"),
@@ -39,11 +38,6 @@ void buildSample(ZuXmlDocument& doc) {
 }
 
 } // namespace
-
-TEST(XmlWriter, FreshDocumentIsTheDeclarationOnly) {
-    ZuXmlDocument doc;
-    EXPECT_EQ(written(doc), "<?xml version=\"1.0\"?>\n");
-}
 
 TEST(XmlWriter, WritesTheExactTreeText) {
     ZuXmlDocument doc;
@@ -68,6 +62,7 @@ TEST(XmlWriter, WritesTheExactTreeText) {
 
 TEST(XmlWriter, DeclarationAndDoctype) {
     ZuXmlDocument doc;
+    EXPECT_EQ(written(doc), "<?xml version=\"1.0\"?>\n") << "a fresh document";
     doc.storeVersion(newString("1.1"));
     doc.storeDoctype(newString("greeting"), newString(" SYSTEM \"hello.dtd\""));
     doc.addNode(new ZuXmlElement("greeting"));
@@ -79,23 +74,17 @@ TEST(XmlWriter, DeclarationAndDoctype) {
 }
 
 TEST(XmlWriter, EscapingAndSpaces) {
-    const struct {
-        const char* in;
-        const char* out;
-    } cases[] = {{nullptr, ""}, {"", ""}, {"plain", "plain"}, {"a<b>&c", "a&lt;b&gt;&amp;c"},
-                 {"\"'", "\"'"}, {"&&", "&amp;&amp;"}, {"\xC3\xA9<", "\xC3\xA9&lt;"}};
-    for (const auto& c : cases)
-        EXPECT_EQ(shown(ZuXmlString(c.in)), c.out) << (c.in ? c.in : "null");
-    EXPECT_EQ(shown(ZuXmlSpaces(-1)), "");
-    EXPECT_EQ(shown(ZuXmlSpaces(0)), "");
-    EXPECT_EQ(shown(ZuXmlSpaces(3)), "   ");
-    EXPECT_EQ(shown(ZuXmlSpaces(100)), std::string(100, ' '));
+    const std::pair<const char*, const char*> cases[] = {
+        {nullptr, ""}, {"", ""}, {"plain", "plain"}, {"a<b>&c", "a&lt;b&gt;&amp;c"},
+        {"\"'", "\"'"}, {"&&", "&amp;&amp;"}, {"\xC3\xA9<", "\xC3\xA9&lt;"}};
+    for (const auto& [in, out] : cases)
+        EXPECT_EQ(shown(ZuXmlString(in)), out) << (in ? in : "null");
+    for (int count : {-1, 0, 3, 100})
+        EXPECT_EQ(shown(ZuXmlSpaces(count)), std::string(std::max(count, 0), ' ')) << count;
 
     std::ostringstream out;
     ZuXmlAttributeI::Write(out, "i", 42);
-    out << ' ';
-    ZuXmlAttributeI::Write(out, "d", 1.5);
-    out << ' ';
-    ZuXmlAttributeI::Write(out, "s", "<\"&\">");
+    ZuXmlAttributeI::Write(out << ' ', "d", 1.5);
+    ZuXmlAttributeI::Write(out << ' ', "s", "<\"&\">");
     EXPECT_EQ(out.str(), "i=\"42\" d=\"1.5\" s=\"&lt;\"&amp;\"&gt;\"");
 }
