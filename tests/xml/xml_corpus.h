@@ -6,6 +6,7 @@
 #ifndef ZU_TESTS_XML_CORPUS_H
 #define ZU_TESTS_XML_CORPUS_H
 
+#include <algorithm>
 #include <cstdio>
 #include <random>
 #include <set>
@@ -35,30 +36,31 @@ public:
     explicit XmlCorpusGenerator(unsigned seed) : _rng(seed) {}
 
     std::string document() {
-        std::string s;
-        if (pick(2))
-            s += pick(2) ? "<?xml version=\"1.0\"?>" : "<?xml version='1.0' encoding='UTF-8'?>\n";
+        std::string s = pick(2) == 0 ? ""
+                        : pick(2)    ? "<?xml version=\"1.0\"?>"
+                                     : "<?xml version='1.0' encoding='UTF-8'?>\n";
         misc(s);
         element(s, 0);
         misc(s);
-        // Zu reads UTF-8 only from a first byte "<".
-        return s.substr(s.find('<'));
+        return s.substr(s.find('<')); // Zu reads UTF-8 only from a first byte "<"
     }
 
 private:
     unsigned pick(unsigned n) { return std::uniform_int_distribution<unsigned>(0, n - 1)(_rng); }
+    template <size_t N> const char* any(const char* const (&pieces)[N]) { return pieces[pick(N)]; }
 
     void misc(std::string& s) {
         for (unsigned i = pick(3); i > 0; --i)
-            s += pick(3) == 0 ? "\n  " : pick(2) ? "<!--" + plain(8) + "-->" : "<?pi " + plain(8) + "?>";
+            s += pick(3) == 0 ? "\n  "
+                 : pick(2)    ? "<!--" + plain(8) + "-->"
+                              : "<?pi " + plain(8) + "?>";
     }
 
     std::string name() {
         static const char* const First[] = {"a", "b", "item", "Node", "_u", "\xC3\xA9t\xC3\xA9",
                                             "\xCE\xB1", "\xE4\xB8\xAD"};
-        static const char* const Rest[] = {"", "1", "-x", ".y", "_z", "\xC2\xB7", "\xC3\xA8",
-                                           "2b"};
-        return std::string(First[pick(8)]) + Rest[pick(8)] + Rest[pick(8)];
+        static const char* const Rest[] = {"", "1", "-x", ".y", "_z", "\xC2\xB7", "\xC3\xA8", "2b"};
+        return std::string(any(First)) + any(Rest) + any(Rest);
     }
 
     // Text without markup characters, references or a "-" (safe inside comments).
@@ -67,18 +69,16 @@ private:
                                              "\xE4\xB8\xAD", "'", "\"", "=", "?", "/", ")"};
         std::string s;
         for (unsigned i = pick(max); i > 0; --i)
-            s += Pieces[pick(14)];
+            s += any(Pieces);
         return s;
     }
 
     std::string reference() {
         static const char* const Named[] = {"&lt;", "&gt;", "&amp;"};
-        if (pick(2))
-            return Named[pick(3)];
         const unsigned code = pick(3) == 0 ? 9 + pick(2) : 32 + pick(95);
         char ref[16];
         std::snprintf(ref, sizeof ref, pick(2) ? "&#%u;" : pick(2) ? "&#x%x;" : "&#x%X;", code);
-        return ref;
+        return pick(2) ? any(Named) : ref;
     }
 
     void element(std::string& s, unsigned depth) {
@@ -86,19 +86,15 @@ private:
         s += "<" + tag;
         std::set<std::string> used;
         for (unsigned i = pick(4); i > 0; --i) {
-            std::string attribute = name();
-            if (!used.insert(attribute).second)
-                continue;
+            const std::string attribute = name();
             const char quote = pick(2) ? '"' : '\'';
-            s += (pick(3) ? " " : "\n ") + attribute + (pick(4) ? "=" : " = ") + quote;
-            for (unsigned k = pick(5); k > 0; --k) {
-                std::string piece = pick(3) ? plain(4) : reference();
-                for (char& c : piece)
-                    if (c == quote)
-                        c = '_';
-                s += piece;
-            }
-            s += quote;
+            std::string value;
+            for (unsigned k = pick(5); k > 0; --k)
+                value += pick(3) ? plain(4) : reference();
+            std::replace(value.begin(), value.end(), quote, '_');
+            if (used.insert(attribute).second)
+                s += (pick(3) ? " " : "\n ") + attribute + (pick(4) ? "=" : " = ") + quote + value +
+                     quote;
         }
         if (pick(4) == 0) {
             s += pick(2) ? "/>" : " />";
