@@ -42,7 +42,9 @@ public:
         misc(s);
         element(s, 0);
         misc(s);
-        return s.substr(s.find('<')); // Zu reads UTF-8 only from a first byte "<"
+        // Zu reads UTF-8 only from a first byte "<", and a document of at least 8 bytes.
+        s.erase(0, s.find('<'));
+        return s.size() < 8 ? s + std::string(8 - s.size(), ' ') : s;
     }
 
 private:
