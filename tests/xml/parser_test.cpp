@@ -182,12 +182,6 @@ TEST(XmlParser, ContentAndPrologDetails) {
 }
 
 TEST(XmlParser, LoadsUtf16WithAMarkAndUtf8) {
-    auto utf16 = [](const std::u16string& s, bool big) {
-        std::string bytes;
-        for (char16_t u : s)
-            bytes += big ? std::string{char(u >> 8), char(u)} : std::string{char(u), char(u >> 8)};
-        return bytes;
-    };
     const std::u16string text = u"\uFEFF<r\u00E9 a='\u20AC'>\u4E2D</r\u00E9>";
     const std::string utf8 = "<r\xC3\xA9 a='\xE2\x82\xAC'>\xE4\xB8\xAD</r\xC3\xA9>";
     const std::pair<std::string, int> cases[] = {
@@ -200,12 +194,10 @@ TEST(XmlParser, LoadsUtf16WithAMarkAndUtf8) {
     for (const auto& [bytes, code] : cases) {
         ZuXmlDocument doc;
         EXPECT_EQ(parseInto(doc, bytes).code, code) << bytes;
-        const ZuXmlElement* r = doc.getRootElement();
-        if (code != 0 || !r)
+        if (code != 0)
             continue;
-        EXPECT_STREQ(r->getTag(), "r\xC3\xA9");
-        EXPECT_STREQ(r->getAttributeValue("a"), "\xE2\x82\xAC");
-        EXPECT_STREQ(r->getText(), "\xE4\xB8\xAD");
+        EXPECT_EQ(written(doc), "<?xml version=\"1.0\"?>\n<r\xC3\xA9 a=\"\xE2\x82\xAC\">\n"
+                                "\xE4\xB8\xAD</r\xC3\xA9>\n");
     }
 }
 

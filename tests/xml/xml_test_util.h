@@ -27,6 +27,14 @@ inline XmlOutcome parseInto(ZuXmlDocumentI& doc, const std::string& text) {
     return {code, int(severity), line, name ? name : ""};
 }
 
+// s in UTF-16, little- or big-endian.
+inline std::string utf16(const std::u16string& s, bool big) {
+    std::string bytes;
+    for (char16_t u : s)
+        bytes += big ? std::string{char(u >> 8), char(u)} : std::string{char(u), char(u >> 8)};
+    return bytes;
+}
+
 inline std::string written(const ZuXmlDocumentI& doc) {
     std::ostringstream out;
     doc.write(out);
