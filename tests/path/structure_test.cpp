@@ -13,18 +13,12 @@
 #include <string>
 
 using zu_test::parts;
+using zu_test::path;
 
 namespace {
 
 typedef void (ZuPathName::*Unary)();
 typedef void (ZuPathName::*Binary)(const ZuPathName&);
-
-// A path from Unix text, or from DOS text when it holds a backslash.
-ZuPathName path(const char* text) {
-    ZuPathName p;
-    p.setValue(text, -1, std::strchr(text, '\\') ? ZuPathName::DosPathType : ZuPathName::UnixPathType);
-    return p;
-}
 
 std::string after(const char* text, Unary op) {
     ZuPathName p = path(text);
@@ -44,14 +38,6 @@ void check(std::initializer_list<Step> steps) {
 
 } // namespace
 
-TEST(PathStructure, LevelNumberCountsSlashesAfterTheFirstCharacter) {
-    for (auto [dir, level] : {std::pair{"/", 0}, {"", 0}, {"a/", 1}, {"/a/", 1}, {"a/b/", 2}, {"/a/b/", 2}}) {
-        ZuPathName p;
-        p.setInternalDir(dir);
-        EXPECT_EQ(p.computeLevelNumber(), level) << dir;
-    }
-}
-
 TEST(PathStructure, SubDirectoryIsASubstringTest) {
     struct Case { const char *inner, *outer; bool expected; } cases[] = {
         {"/a/b/", "/a/", true},  {"/x/a/b/", "/a/", true}, // deliberate: not a prefix test
@@ -63,23 +49,24 @@ TEST(PathStructure, SubDirectoryIsASubstringTest) {
         EXPECT_EQ(path(c.inner).isSubDirectory(path(c.outer)), c.expected) << c.inner << " in " << c.outer;
 }
 
-TEST(PathStructure, SubDirectoryNumbering) {
+TEST(PathStructure, LevelsAndSubDirectoryNumbering) {
+    // The level counts the slashes after the first character.
+    for (auto [dir, level] : {std::pair{"/", 0}, {"", 0}, {"a/", 1}, {"/a/", 1}, {"a/b/", 2}, {"/a/b/", 2}})
+        EXPECT_EQ(path(dir).computeLevelNumber(), level) << dir;
     struct { int first, last; const char* expected; } ranges[] = {
         {0, 0, "/a/"}, {1, 1, "b/"}, {0, 1, "/a/b/"}, {2, -1, "c/"}, {5, 6, ""}, {2, 1, ""}};
     for (auto& r : ranges)
         EXPECT_STREQ(ZuPathName("/a/b/c/f.x").getSubDirectory(r.first, r.last).getValue(), r.expected) << r.first;
-    struct Case { const char* text; const char *first, *last, *allButFirst, *allButLast; } cases[] = {
-        {"/a/b/c/f.x", "|/a/|f|x", "|c/|f|x", "|b/c/|f|x", "|/a/b/|f|x"},
-        {"x/y/", "|x/||", "|y/||", "|y/||", "|x/||"}, {"/a/", "|/a/||", "|/a/||", "|||", "|/||"},
-        {"x/", "|x/||", "|x/||", "|||", "|||"}, {"/", "|/||", "|/||", "|/||", "|/||"},
-        {"f", "||f|", "||f|", "||f|", "||f|"},
+    const Unary ops[] = {&ZuPathName::computeFirstSubDirectory, &ZuPathName::computeLastSubDirectory,
+                         &ZuPathName::computeAllButFirstSubDirectory, &ZuPathName::computeAllButLastSubDirectory};
+    struct Case { const char* text; const char* expected[4]; } cases[] = { // first, last, all but first, all but last
+        {"/a/b/c/f.x", {"|/a/|f|x", "|c/|f|x", "|b/c/|f|x", "|/a/b/|f|x"}},
+        {"x/y/", {"|x/||", "|y/||", "|y/||", "|x/||"}}, {"/a/", {"|/a/||", "|/a/||", "|||", "|/||"}},
+        {"x/", {"|x/||", "|x/||", "|||", "|||"}}, {"/", {"|/||", "|/||", "|/||", "|/||"}},
+        {"f", {"||f|", "||f|", "||f|", "||f|"}},
     };
-    for (const Case& c : cases) {
-        EXPECT_EQ(after(c.text, &ZuPathName::computeFirstSubDirectory), c.first) << c.text;
-        EXPECT_EQ(after(c.text, &ZuPathName::computeLastSubDirectory), c.last) << c.text;
-        EXPECT_EQ(after(c.text, &ZuPathName::computeAllButFirstSubDirectory), c.allButFirst) << c.text;
-        EXPECT_EQ(after(c.text, &ZuPathName::computeAllButLastSubDirectory), c.allButLast) << c.text;
-    }
+    for (const Case& c : cases)
+        for (int i = 0; i < 4; ++i) EXPECT_EQ(after(c.text, ops[i]), c.expected[i]) << c.text << " operation " << i;
 }
 
 TEST(PathStructure, ForceMergeAndPrepend) {
@@ -99,8 +86,8 @@ TEST(PathStructure, ForceMergeAndPrepend) {
            {prepend, "/abs/f", "/root/", "|/abs/|f|"}});
 }
 
-TEST(PathStructure, LeadingParts) {
-    const Binary same = &ZuPathName::computeSameLeading, differ = &ZuPathName::computeDifferLeading;
+TEST(PathStructure, LeadingAndTrailingParts) {
+    Binary same = &ZuPathName::computeSameLeading, differ = &ZuPathName::computeDifferLeading;
     check({{same, "/a/b/f.c", "/a/c/f.c", "|/a/||"}, {same, "/a/b/f.c", "/a/b/g.c", "|/a/b/||"},
            {same, "/a/b/f.c", "/a/b/f.h", "|/a/b/|f|"}, {same, "/a/b/f.c", "/a/b/f.c", "|/a/b/|f|c"},
            {same, "/a/b/f.c", "/ab/b/f.c", "|/||"}, {same, "ab/x/f", "c/x/f", "|||"},
@@ -109,10 +96,7 @@ TEST(PathStructure, LeadingParts) {
            {differ, "/a/b/f.c", "/a/b/g.c", "||f|c"}, {differ, "/a/f.c", "/a/b/f.c", "|||"},
            {differ, "/a/f.c", "/a/b/f.h", "|||c"}, {differ, "/a/f.c", "/a/b/g.c", "||f|c"},
            {differ, "C:\\a\\f", "D:\\a\\f", "C|/a/|f|"}}); // devices differ: unchanged
-}
-
-TEST(PathStructure, TrailingParts) {
-    const Binary same = &ZuPathName::computeSameTrailing, differ = &ZuPathName::computeDifferTrailing;
+    same = &ZuPathName::computeSameTrailing, differ = &ZuPathName::computeDifferTrailing;
     check({{same, "/x/a/b/f.c", "/y/a/b/f.c", "|a/b/|f|c"}, {same, "/x/a/b/f.c", "/x/a/b/g.c", "|||c"},
            {same, "/x/a/b/f.c", "/x/a/b/f.h", "|||"}, {same, "/a/b/f.c", "a/b/f.c", "|a/b/|f|c"},
            {same, "/x/a/f.c", "/a/x/f.c", "||f|c"}, {same, "a/b/f.c", "z/a/b/f.c", "|a/b/|f|c"},
@@ -142,30 +126,26 @@ TEST(PathStructure, ShortenedPrints) {
         EXPECT_STREQ(q.getTruncatedValue(n).getValue(), expected) << n;
 }
 
+// Localisation under a messages locale; exits 0 when every print is right.
+static void localizeInChild() {
+    auto expect = [](const char* got, const char* expected) {
+        if (std::strcmp(got, expected) == 0) return;
+        std::fprintf(stderr, "%s, not %s\n", got, expected);
+        std::exit(1);
+    };
+    ZuPathName p("data/msg.txt"), q("/d/x");
+    if (!ZuLocale::Get(false, nullptr)) p.localize(), expect(p, "data/msg.txt"); // no default locale
+    ZuLocale* locale = ZuSetLocale("C");
+    if (!locale) expect("C refused", "");
+    locale->getCategory(ZuCategory_Messages)->setStdLangTerr("fr_FR", ZuEnc_ISO_8859_1);
+    expect(ZuPathName::Localize("data/msg.txt").getValue(), "data/locale/fr_FR.ISO-8859-1/msg.txt");
+    locale->getCategory(ZuCategory_Messages)->setStdLangTerr("Cname", ZuEnc_US_ASCII);
+    q.localize();
+    expect(q, "/d/locale/Cname/x");
+    std::exit(0);
+}
+
 // The default locale is process-wide: checked in a child process.
 TEST(PathStructure, LocalizeInsertsTheMessagesLocale) {
-    EXPECT_EXIT(
-        {
-            auto fail = [](const char* what, const char* got) {
-                std::fprintf(stderr, "%s: %s\n", what, got);
-                std::exit(1);
-            };
-            if (!ZuLocale::Get(false, nullptr)) {
-                ZuPathName p("data/msg.txt");
-                p.localize();
-                if (std::strcmp(p, "data/msg.txt") != 0) fail("no default locale", p);
-            }
-            ZuLocale* locale = ZuSetLocale("C");
-            if (!locale) fail("C", "refused");
-            locale->getCategory(ZuCategory_Messages)->setStdLangTerr("fr_FR", ZuEnc_ISO_8859_1);
-            const ZuString standard = ZuPathName::Localize("data/msg.txt");
-            if (std::strcmp(standard.getValue(), "data/locale/fr_FR.ISO-8859-1/msg.txt") != 0)
-                fail("standard name", standard.getValue());
-            locale->getCategory(ZuCategory_Messages)->setStdLangTerr("Cname", ZuEnc_US_ASCII);
-            ZuPathName q("/d/x");
-            q.localize();
-            if (std::strcmp(q, "/d/locale/Cname/x") != 0) fail("own name", q);
-            std::exit(0);
-        },
-        ::testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(localizeInChild(), ::testing::ExitedWithCode(0), "");
 }
