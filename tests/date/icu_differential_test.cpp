@@ -21,12 +21,10 @@ typedef ZuCalendar C;
 
 // The compared fields, in ICU's numbering and ours. Week fields are left out: the week
 // data differs on purpose (first day Monday, minimal days 0).
-const struct { UCalendarDateFields icu; C::ZuDateFields zu; const char* name; } kFields[] = {
-    {UCAL_ERA, C::kEra, "era"}, {UCAL_YEAR, C::kYear, "year"}, {UCAL_MONTH, C::kMonth, "month"},
-    {UCAL_DATE, C::kDate, "date"}, {UCAL_DAY_OF_YEAR, C::kDayOfYear, "day of year"},
-    {UCAL_DAY_OF_WEEK, C::kDayOfWeek, "day of week"}, {UCAL_HOUR_OF_DAY, C::kHourOfDay, "hour"},
-    {UCAL_MINUTE, C::kMinute, "minute"}, {UCAL_SECOND, C::kSecond, "second"},
-    {UCAL_MILLISECOND, C::kMillisecond, "millisecond"}};
+const struct { UCalendarDateFields icu; C::ZuDateFields zu; } kFields[] = {
+    {UCAL_ERA, C::kEra}, {UCAL_YEAR, C::kYear}, {UCAL_MONTH, C::kMonth}, {UCAL_DATE, C::kDate},
+    {UCAL_DAY_OF_YEAR, C::kDayOfYear}, {UCAL_DAY_OF_WEEK, C::kDayOfWeek}, {UCAL_HOUR_OF_DAY, C::kHourOfDay},
+    {UCAL_MINUTE, C::kMinute}, {UCAL_SECOND, C::kSecond}, {UCAL_MILLISECOND, C::kMillisecond}};
 const size_t kFieldCount = sizeof kFields / sizeof kFields[0];
 
 const double kDay = 86400000.0;
@@ -36,16 +34,12 @@ struct Icu {
     UErrorCode status = U_ZERO_ERROR;
     icu::GregorianCalendar cal{icu::TimeZone::getGMT()->clone(), status};
 
-    // The instant of a date and time; a year below 1 is proleptic (0 is 1 BC).
-    double timeOf(int32_t era, int32_t year, int32_t month, int32_t date, int32_t h = 0,
-                  int32_t m = 0, int32_t s = 0) {
+    // The instant of a date and time in a proleptic year (0 is 1 BC).
+    double timeOf(int32_t year, int32_t month, int32_t date, int32_t h = 0, int32_t m = 0, int32_t s = 0) {
         cal.clear();
-        cal.set(UCAL_ERA, era);
-        cal.set(era || year > 0 ? year : 1 - year, month, date, h, m, s);
+        cal.set(UCAL_ERA, year > 0);
+        cal.set(year > 0 ? year : 1 - year, month, date, h, m, s);
         return cal.getTime(status);
-    }
-    double timeOf(int32_t year, int32_t month, int32_t date) {
-        return timeOf(year > 0 ? 1 : 0, year, month, date);
     }
 };
 
@@ -95,17 +89,17 @@ TEST(GregorianDifferential, FieldsAndInstantsMatchIcuOnGmt) {
     ZuGregorianCalendar zu(ZuTimeZone::createDefault(), code);
     int failures = 0;
     for (double instant : instants) {
-        int32_t f[kFieldCount];
+        int32_t f[kFieldCount] = {};
         icu.cal.setTime(instant, icu.status);
         zu.setTimeInMillis(instant, code);
         for (size_t i = 0; i < kFieldCount && failures < 20; ++i) {
             f[i] = icu.cal.get(kFields[i].icu, icu.status);
             if (zu.get(kFields[i].zu, code) != f[i] && ++failures)
-                ADD_FAILURE() << "fields of " << std::fixed << instant << ": " << kFields[i].name
+                ADD_FAILURE() << "fields of " << std::fixed << instant << ": field " << kFields[i].zu
                               << " is " << zu.get(kFields[i].zu, code) << ", ICU gives " << f[i];
         }
         // Time from fields, for the same date and time down to the second.
-        double icuTime = icu.timeOf(f[0], f[1], f[2], f[3], f[6], f[7], f[8]);
+        double icuTime = icu.timeOf(f[0] ? f[1] : 1 - f[1], f[2], f[3], f[6], f[7], f[8]);
         zu.clear();
         zu.set(C::kEra, f[0]);
         zu.set(f[1], f[2], f[3], f[6], f[7], f[8]);
