@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -12,25 +14,19 @@ namespace {
 typedef ZuTimeZone Z;
 const int32_t kHour = 3600000;
 
-// Central Europe: +1 h, daylight saving from the last Sunday of March to the last Sunday
-// of October, both at 01:00 UTC.
-ZuTimeZone* northern() {
+// A zone of the given raw offset saving daylight from the start to the end rule, both on
+// a Sunday in the kDowInMonth mode at the same time and time mode.
+ZuTimeZone* ruled(int32_t raw, int startMonth, int startWeek, int endMonth, int endWeek, int32_t time, int mode) {
     ZuTimeZone* zone = new ZuTimeZone();
-    zone->setRawOffset(kHour);
-    zone->setStartRule(2, -1, 1, kHour, Z::kUtcTime, Z::kDowInMonth);
-    zone->setEndRule(9, -1, 1, kHour, Z::kUtcTime, Z::kDowInMonth);
+    zone->setRawOffset(raw);
+    zone->setStartRule(startMonth, startWeek, 1, time, mode, Z::kDowInMonth);
+    zone->setEndRule(endMonth, endWeek, 1, time, mode, Z::kDowInMonth);
     return zone;
 }
-
-// -3 h, daylight saving from the first Sunday of October to the third Sunday of
-// February, both at midnight wall time.
-ZuTimeZone* southern() {
-    ZuTimeZone* zone = new ZuTimeZone();
-    zone->setRawOffset(-3 * kHour);
-    zone->setStartRule(9, 1, 1, 0, Z::kWallTime, Z::kDowInMonth);
-    zone->setEndRule(1, 3, 1, 0, Z::kWallTime, Z::kDowInMonth);
-    return zone;
-}
+// Central Europe: +1 h, from the last Sunday of March to the last Sunday of October at 01:00 UTC.
+ZuTimeZone* northern() { return ruled(kHour, 2, -1, 9, -1, kHour, Z::kUtcTime); }
+// -3 h, from the first Sunday of October to the third Sunday of February at midnight wall time.
+ZuTimeZone* southern() { return ruled(-3 * kHour, 9, 1, 1, 3, 0, Z::kWallTime); }
 
 int32_t offset(const ZuTimeZone& zone, int year, int month, int day, int dow, int32_t millis) {
     static const int lengths[] = {31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};  // 2004
@@ -44,20 +40,16 @@ int32_t offset(const ZuTimeZone& zone, int year, int month, int day, int dow, in
 
 TEST(TimeZoneDefault, IsUtcWithoutDaylightSavingAndSharedOnce) {
     ZuTimeZone zone;
-    EXPECT_EQ(zone.getRawOffset(), 0);
-    EXPECT_EQ(zone.getDSTSavings(), 3600000);
-    EXPECT_FALSE(zone.getUseDaylight());
-    EXPECT_TRUE(zone.useDaylightTime());  // deliberately, whatever the flag
+    EXPECT_EQ(std::make_pair(zone.getRawOffset(), zone.getDSTSavings()), std::make_pair(0, kHour));
+    EXPECT_TRUE(!zone.getUseDaylight() && zone.useDaylightTime());  // the latter deliberately, whatever the flag
     for (int month = 1; month <= 12; ++month)
         EXPECT_EQ(offset(zone, 2004, month, 15, 3, 43200000), 0);
     std::vector<ZuTimeZone*> seen(8);
     std::vector<std::thread> threads;
     for (size_t i = 0; i < seen.size(); ++i)
         threads.emplace_back([&seen, i] { seen[i] = ZuTimeZone::createDefault(); });
-    for (size_t i = 0; i < seen.size(); ++i) {
-        threads[i].join();
-        EXPECT_EQ(seen[i], ZuTimeZone::createDefault());
-    }
+    for (std::thread& t : threads) t.join();
+    EXPECT_EQ(std::count(seen.begin(), seen.end(), ZuTimeZone::createDefault()), 8);
     // Every zone compares equal; a clone is a default zone, rules not copied.
     std::unique_ptr<ZuTimeZone> rules(northern()), copy(rules->clone());
     EXPECT_TRUE(*rules == zone && *copy == *ZuTimeZone::createDefault());
@@ -145,26 +137,17 @@ TEST(TimeZoneCalendar, CalendarKeepsWallTimeAcrossTheChange) {
     EXPECT_TRUE(cal->inDaylightTime(code));
     cal->set(C::kHourOfDay, 15);
     EXPECT_EQ(cal->getTimeInMillis(code), noonUtc + kHour);
-
-    cal->set(2004, 2, 27, 12, 0);  // Saturday before the switch, local time
-    cal->add(C::kDate, 1, code);
-    EXPECT_EQ(show(*cal), "2004-03-28 12:00:00.000");
-    EXPECT_EQ(cal->get(C::kDstOffset, code), kHour);
-    cal->set(2004, 2, 27, 12, 0);
-    cal->add(C::kHour, 24, code);
-    EXPECT_EQ(show(*cal), "2004-03-28 13:00:00.000");
-    cal->set(2004, 9, 30, 23, 30);  // a week later, back in standard time, at 23:30 again
-    cal->add(C::kWeekOfYear, 1, code);
-    EXPECT_EQ(show(*cal), "2004-11-06 23:30:00.000");
+    // From local times either side of the switches: a day keeps the wall time, 24 hours do not.
+    run(*cal, {{[](C& c, E& e) { c.set(2004, 2, 27, 12, 0), c.add(C::kDate, 1, e); }, "2004-03-28 12:00:00.000"},
+               {[](C& c, E& e) { c.set(2004, 2, 27, 12, 0), c.add(C::kHour, 24, e); }, "2004-03-28 13:00:00.000"},
+               {[](C& c, E& e) { c.set(2004, 9, 30, 23, 30), c.add(C::kWeekOfYear, 1, e); }, "2004-11-06 23:30:00.000"}});
     EXPECT_FALSE(cal->inDaylightTime(code));
     EXPECT_EQ(cal->getEpochDay(code), 12728);
-
     // Fields with an explicit zone offset bypass the zone's rules.
     cal->set(2004, 6, 15, 12, 0);
     cal->set(C::kZoneOffset, 0);
     cal->set(C::kDstOffset, 0);
     EXPECT_EQ(cal->getTimeInMillis(code), noonUtc);
-
     std::unique_ptr<ZuCalendar> copy(cal->clone());  // the copy's zone is a default zone
     EXPECT_EQ(copy->getTimeZone().getRawOffset() + code, 0);
 }
