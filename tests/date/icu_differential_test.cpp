@@ -44,7 +44,7 @@ struct Icu {
 };
 
 // At least 100,000 instants: random ones over the whole range, dense ones around the
-// cutover, around every 29 February and around every year end.
+// cutover, the end of every February and every year end.
 std::vector<double> sampleInstants(Icu& icu) {
     std::vector<double> instants;
     std::mt19937_64 random(20041231);
@@ -56,21 +56,15 @@ std::vector<double> sampleInstants(Icu& icu) {
     for (double t = cutover - 25 * kDay; t < cutover + 26 * kDay; t += 1200000.0)
         instants.push_back(t);
     instants.insert(instants.end(), {cutover - 1, cutover + 1, cutover + kDay - 1});
+    // Around every year end and every 1 March (Julian leap years before 1582, then Gregorian
+    // ones, the centuries included): the edges and a random instant in each day around.
     std::uniform_real_distribution<double> withinDay(0, kDay - 1);
-    for (int32_t year = -1000; year <= 3000; ++year) {
-        // Year end: the last and first milliseconds and a random instant either side.
-        double newYear = icu.timeOf(year + 1, 0, 1);
-        instants.insert(instants.end(), {newYear - 1, newYear, std::floor(newYear + withinDay(random)),
-                                         std::floor(newYear - kDay + withinDay(random))});
-        // The end of February in every fourth year: Julian leap years before 1582, then
-        // Gregorian ones, the centuries (1500 leap, 1700 not) included.
-        if (year % 4 == 0) {
-            double march = icu.timeOf(year, 2, 1);
-            for (double offset : {-2.0, -1.0, 0.0})
-                instants.push_back(std::floor(march + offset * kDay + withinDay(random)));
-            instants.push_back(march - 1);
+    for (int32_t year = -1000; year <= 3000; ++year)
+        for (double edge : {icu.timeOf(year + 1, 0, 1), icu.timeOf(year, 2, 1)}) {
+            instants.insert(instants.end(), {edge - 1, edge});
+            for (double day : {-2.0, -1.0, 0.0})
+                instants.push_back(std::floor(edge + day * kDay + withinDay(random)));
         }
-    }
     return instants;
 }
 
