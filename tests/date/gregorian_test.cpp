@@ -53,8 +53,7 @@ TEST(GregorianHelpers, LeapYearsLengthsAndDivision) {
     EXPECT_EQ(cal.monthLength(13, 2004), 29);  // months outside 0-11 wrap, never overrun
     // 1 BC is proleptic year 0, a Julian leap year: monthLength turns the era into it,
     // yearLength() deliberately reads the year field (1) as it stands.
-    cal.set(C::kEra, 0);
-    cal.set(C::kYear, 1);
+    cal.set(C::kEra, 0), cal.set(C::kYear, 1);
     EXPECT_EQ(cal.monthLength(1) * 1000 + cal.yearLength(), 29365);
 
     int32_t r = 0;
@@ -132,8 +131,7 @@ TEST(GregorianFields, StrictRejectsWhatLenientNormalises) {
         {true, C::kEra, 2, kDateIllegalArgument}};  // no era 2, even when lenient
     for (auto& c : cases) {
         auto cal = at(2004, 4, 1);
-        cal->setLenient(c.lenient);
-        cal->set(c.field, c.value);
+        cal->setLenient(c.lenient), cal->set(c.field, c.value);
         ZuDateErrorCode code = kDateNoError;
         cal->getTimeInMillis(code);
         EXPECT_EQ(code, c.code) << c.field << " " << c.value;
@@ -152,7 +150,8 @@ TEST(GregorianFields, NewestStampChoosesTheDateFields) {
         cal->set(s.field, s.value);
         EXPECT_EQ(show(*cal).substr(0, 10), s.expect) << s.field << " " << s.value;
     }
-    run(*cal, {{[](C& c, E&) { c.clear(); }, "1970-01-01 00:00:00.000"},  // kAmPm's stamp is not consulted, its value is
+    // kAmPm's stamp is not consulted, its value is.
+    run(*cal, {{[](C& c, E&) { c.clear(); }, "1970-01-01 00:00:00.000"},
                {[](C& c, E&) { c.set(C::kHour, 3), c.set(C::kAmPm, 1); }, "1970-01-01 15:00:00.000"}});
 }
 
@@ -172,8 +171,7 @@ TEST(GregorianWeeks, FirstWeekHoldsFirstJanuary) {
     for (auto& w : weekOne) {
         if (w.year)
             cal->set(C::kYear, w.year);
-        cal->set(C::kWeekOfYear, 1);
-        cal->set(C::kDayOfWeek, w.day);
+        cal->set(C::kWeekOfYear, 1), cal->set(C::kDayOfWeek, w.day);
         EXPECT_EQ(show(*cal).substr(0, 10), w.expect);
     }
 }
@@ -191,7 +189,8 @@ TEST(GregorianLimits, ActualMaximaFollowTheDate) {
     EXPECT_EQ(feb->getMinimum(C::kZoneOffset) + feb->getLeastMaximum(C::kWeekOfYear), -43199948);
     EXPECT_EQ(show(*feb), "2004-02-10 00:00:00.000");  // the searches run on clones
     // Epoch days count local days, truncated toward zero.
-    for (auto [y, m, d, h, epochDay] : {std::tuple{2004, 1, 1, 0, 12418}, {1969, 12, 31, 12, 0}, {1969, 12, 30, 12, -1}})
+    for (auto [y, m, d, h, epochDay] :
+         {std::tuple{2004, 1, 1, 0, 12418}, {1969, 12, 31, 12, 0}, {1969, 12, 30, 12, -1}})
         EXPECT_EQ(at(y, m, d, h)->getEpochDay(code), epochDay);
     EXPECT_FALSE(feb->inDaylightTime(code));
     EXPECT_EQ(code, kDateNoError);
