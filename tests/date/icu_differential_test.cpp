@@ -36,9 +36,7 @@ struct Icu {
 
     // The instant of a date and time in a proleptic year (0 is 1 BC).
     double timeOf(int32_t year, int32_t month, int32_t date, int32_t h = 0, int32_t m = 0, int32_t s = 0) {
-        cal.clear();
-        cal.set(UCAL_ERA, year > 0);
-        cal.set(year > 0 ? year : 1 - year, month, date, h, m, s);
+        cal.clear(), cal.set(UCAL_ERA, year > 0), cal.set(year > 0 ? year : 1 - year, month, date, h, m, s);
         return cal.getTime(status);
     }
 };
