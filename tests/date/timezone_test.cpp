@@ -18,8 +18,7 @@ const int32_t kHour = 3600000;
 // a Sunday in the kDowInMonth mode at the same time and time mode.
 ZuTimeZone* ruled(int32_t raw, int startMonth, int startWeek, int endMonth, int endWeek, int32_t time, int mode) {
     ZuTimeZone* zone = new ZuTimeZone();
-    zone->setRawOffset(raw);
-    zone->setStartRule(startMonth, startWeek, 1, time, mode, Z::kDowInMonth);
+    zone->setRawOffset(raw), zone->setStartRule(startMonth, startWeek, 1, time, mode, Z::kDowInMonth);
     zone->setEndRule(endMonth, endWeek, 1, time, mode, Z::kDowInMonth);
     return zone;
 }
@@ -117,8 +116,7 @@ TEST(TimeZoneOffset, NorthernAndSouthernPeriods) {
     EXPECT_EQ(south->getOffset(0, 4, 0, 15, 5, 0, 31, code), -3 * kHour);  // BC: no saving
     north->setStartYear(2005);
     EXPECT_EQ(offset(*north, 2004, 7, 15, 5, 0), kHour);
-    north->setStartYear(0);
-    north->setUseDaylight(false);
+    north->setStartYear(0), north->setUseDaylight(false);
     EXPECT_EQ(offset(*north, 2004, 7, 15, 5, 0), kHour);
 }
 
@@ -135,13 +133,12 @@ TEST(TimeZoneCalendar, CalendarKeepsWallTimeAcrossTheChange) {
     // From local times either side of the switches: a day keeps the wall time, 24 hours do not.
     run(*cal, {{[](C& c, E& e) { c.set(2004, 2, 27, 12, 0), c.add(C::kDate, 1, e); }, "2004-03-28 12:00:00.000"},
                {[](C& c, E& e) { c.set(2004, 2, 27, 12, 0), c.add(C::kHour, 24, e); }, "2004-03-28 13:00:00.000"},
-               {[](C& c, E& e) { c.set(2004, 9, 30, 23, 30), c.add(C::kWeekOfYear, 1, e); }, "2004-11-06 23:30:00.000"}});
+               {[](C& c, E& e) { c.set(2004, 9, 30, 23, 30), c.add(C::kWeekOfYear, 1, e); },
+                "2004-11-06 23:30:00.000"}});
     EXPECT_FALSE(cal->inDaylightTime(code));
     EXPECT_EQ(cal->getEpochDay(code), 12728);
     // Fields with an explicit zone offset bypass the zone's rules.
-    cal->set(2004, 6, 15, 12, 0);
-    cal->set(C::kZoneOffset, 0);
-    cal->set(C::kDstOffset, 0);
+    cal->set(2004, 6, 15, 12, 0), cal->set(C::kZoneOffset, 0), cal->set(C::kDstOffset, 0);
     EXPECT_EQ(cal->getTimeInMillis(code), noonUtc);
     std::unique_ptr<ZuCalendar> copy(cal->clone());  // the copy's zone is a default zone
     EXPECT_EQ(copy->getTimeZone().getRawOffset() + code, 0);
