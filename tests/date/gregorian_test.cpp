@@ -163,17 +163,14 @@ TEST(GregorianWeeks, FirstWeekHoldsFirstJanuary) {
     EXPECT_EQ(fields(*at(2004, 5, 31), {C::kWeekOfMonth, C::kDayOfWeekInMonth}), "6 5");
     for (int year = 1995; year <= 2030; ++year)
         EXPECT_EQ(fields(*at(year, 1, 1), {C::kWeekOfYear}), "1") << year;
-    auto cal = at(2004, 5, 31);
-    struct { int year; C::EDaysOfWeek day; const char* expect; } weekOne[] = {
-        {0, C::kMonday, "2003-12-29"},     // the week's own year (2004), from the fields
-        {2003, C::kMonday, "2003-12-29"},  // year 2003: its days in 2004's week 1
-        {2003, C::kSunday, "2003-01-05"}};
-    for (auto& w : weekOne) {
-        if (w.year)
-            cal->set(C::kYear, w.year);
-        cal->set(C::kWeekOfYear, 1), cal->set(C::kDayOfWeek, w.day);
-        EXPECT_EQ(show(*cal).substr(0, 10), w.expect);
-    }
+    // Week 1 from the fields: in the week's own year (2004), then in year 2003, where the Monday
+    // falls among 2003's days in 2004's week 1 and the Sunday on 5 January 2003, as it stands.
+    run(*at(2004, 5, 31),
+        {{[](C& c, E&) { c.set(C::kWeekOfYear, 1), c.set(C::kDayOfWeek, C::kMonday); }, "2003-12-29 00:00:00.000"},
+         {[](C& c, E&) { c.set(C::kYear, 2003), c.set(C::kWeekOfYear, 1), c.set(C::kDayOfWeek, C::kMonday); },
+          "2003-12-29 00:00:00.000"},
+         {[](C& c, E&) { c.set(C::kYear, 2003), c.set(C::kWeekOfYear, 1), c.set(C::kDayOfWeek, C::kSunday); },
+          "2003-01-05 00:00:00.000"}});
 }
 
 TEST(GregorianLimits, ActualMaximaFollowTheDate) {
