@@ -96,9 +96,8 @@ TEST(GregorianDifferential, FieldsAndInstantsMatchIcuOnGmt) {
         zu.set(C::kEra, f[0]);
         zu.set(f[1], f[2], f[3], f[6], f[7], f[8]);
         if (zu.getTimeInMillis(code) != icuTime && failures < 20 && ++failures)
-            ADD_FAILURE() << "time of era " << f[0] << " " << f[1] << "-" << f[2] + 1 << "-"
-                          << f[3] << " is " << std::fixed << zu.getTimeInMillis(code)
-                          << ", ICU gives " << icuTime;
+            ADD_FAILURE() << "time of era " << f[0] << " " << f[1] << "-" << f[2] + 1 << "-" << f[3] << " is "
+                          << std::fixed << zu.getTimeInMillis(code) << ", ICU gives " << icuTime;
         ASSERT_EQ(code, kDateNoError);
         ASSERT_TRUE(U_SUCCESS(icu.status));
     }
