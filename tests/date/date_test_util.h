@@ -1,14 +1,18 @@
-// Helpers for the calendar tests: build a calendar on a date, print its fields.
+// Helpers for the calendar tests: build a calendar on a date, print its fields, run steps.
 #ifndef ZU_TESTS_DATE_UTIL_H
 #define ZU_TESTS_DATE_UTIL_H
 
 #include <zu/calendar.h>
 
+#include <gtest/gtest.h>
+
 #include <cstdio>
+#include <initializer_list>
 #include <memory>
 #include <string>
 
 typedef ZuCalendar C;
+typedef ZuDateErrorCode E;
 
 // A lenient calendar in the default zone at year (proleptic: 0 is 1 BC), month 1-12,
 // day and time, fields computed.
@@ -34,6 +38,25 @@ inline std::string show(ZuCalendar& cal) {
                   cal.get(C::kHourOfDay, code), cal.get(C::kMinute, code),
                   cal.get(C::kSecond, code), cal.get(C::kMillisecond, code));
     return code > 0 ? "error " + std::to_string(code) : text;
+}
+
+// The values of the given fields, space-separated ("error N" on a failed code).
+inline std::string fields(ZuCalendar& cal, std::initializer_list<C::ZuDateFields> which) {
+    ZuDateErrorCode code = kDateNoError;
+    std::string text;
+    for (C::ZuDateFields f : which) text += (text.empty() ? "" : " ") + std::to_string(cal.get(f, code));
+    return code > 0 ? "error " + std::to_string(code) : text;
+}
+
+// Applies each step to cal in turn, checking show() after it.
+struct Step { void (*apply)(C&, E&); const char* expect; };
+inline void run(ZuCalendar& cal, std::initializer_list<Step> steps) {
+    int i = 0;
+    for (const Step& s : steps) {
+        ZuDateErrorCode code = kDateNoError;
+        s.apply(cal, code);
+        EXPECT_EQ(show(cal), s.expect) << "step " << i++;
+    }
 }
 
 #endif

@@ -26,18 +26,16 @@ const ZuTimeUnitMonth kMonth; const ZuTimeUnitQuarter kQuarter; const ZuTimeUnit
 
 TEST(TimeUnitText, EachUnitPrintsItsGrain) {
     ZuDateErrorCode code = kDateNoError;
-    double instant = at(1970, 3, 15, 12)->getTimeInMillis(code);  // a Sunday
-    struct { const ZuTimeUnit& unit; const char* expect; } cases[] = {
-        {kMs, "6350400000.000000"}, {kSec, "6350400.000000"}, {kMin, "105840.000000"},
-        {kHour, "12:0"}, {kDay, "15/03"}, {kWeek, "W11"}, {kMonth, "03/1970"},
-        {kQuarter, "Q1 1970"}, {kYear, "1970"}};
+    const double sunday = at(1970, 3, 15, 12)->getTimeInMillis(code);
+    const double morning = at(2004, 11, 5, 9, 7)->getTimeInMillis(code);
+    struct { const ZuTimeUnit& unit; double millis; const char* expect; } cases[] = {
+        {kMs, sunday, "6350400000.000000"}, {kSec, sunday, "6350400.000000"}, {kMin, sunday, "105840.000000"},
+        {kHour, sunday, "12:0"}, {kDay, sunday, "15/03"}, {kWeek, sunday, "W11"}, {kMonth, sunday, "03/1970"},
+        {kQuarter, sunday, "Q1 1970"}, {kYear, sunday, "1970"}, {kSec, 1500.0, "1.500000"},
+        {kMin, -90000.0, "-1.500000"}, {kQuarter, at(2004, 12, 31, 23)->getTimeInMillis(code), "Q4 2004"},
+        {kDay, morning, "5/11"}, {kHour, morning, "9:7"}, {kWeek, at(2003, 12, 31)->getTimeInMillis(code), "W1"}};
     for (auto& c : cases)
-        EXPECT_EQ(text(c.unit, instant), c.expect) << typeid(c.unit).name();
-    EXPECT_EQ(text(kSec, 1500.0) + text(kMin, -90000.0), "1.500000-1.500000");
-    EXPECT_EQ(text(kQuarter, at(2004, 12, 31, 23)->getTimeInMillis(code)), "Q4 2004");
-    double morning = at(2004, 11, 5, 9, 7)->getTimeInMillis(code);
-    EXPECT_EQ(text(kDay, morning) + " " + text(kHour, morning), "5/11 9:7");
-    EXPECT_EQ(text(kWeek, at(2003, 12, 31)->getTimeInMillis(code)), "W1");
+        EXPECT_EQ(text(c.unit, c.millis), c.expect) << typeid(c.unit).name();
     EXPECT_EQ(text(kMs, 1e300).size(), 308u);  // long texts are not cut or overrun
 }
 
@@ -64,10 +62,6 @@ TEST(TimeUnitSnap, SnapsToTheStartOfTheUnit) {
         c.unit.snapToPreviousTimeUnit(*cal);
         EXPECT_EQ(show(*cal), c.expect) << typeid(c.unit).name() << " " << c.d;
     }
-    auto cal = at(2004, 8, 10, 15, 20);
-    kDay.snapToPreviousTimeUnit(*cal);
-    ZuDateErrorCode code = kDateNoError;
-    EXPECT_EQ(cal->get(C::kAmPm, code), 1);
 }
 
 TEST(TimeUnitStep, AddsOneUnitAndReportsNominalLength) {

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -12,25 +14,18 @@ namespace {
 typedef ZuTimeZone Z;
 const int32_t kHour = 3600000;
 
-// Central Europe: +1 h, daylight saving from the last Sunday of March to the last Sunday
-// of October, both at 01:00 UTC.
-ZuTimeZone* northern() {
+// A zone of the given raw offset saving daylight from the start to the end rule, both on
+// a Sunday in the kDowInMonth mode at the same time and time mode.
+ZuTimeZone* ruled(int32_t raw, int startMonth, int startWeek, int endMonth, int endWeek, int32_t time, int mode) {
     ZuTimeZone* zone = new ZuTimeZone();
-    zone->setRawOffset(kHour);
-    zone->setStartRule(2, -1, 1, kHour, Z::kUtcTime, Z::kDowInMonth);
-    zone->setEndRule(9, -1, 1, kHour, Z::kUtcTime, Z::kDowInMonth);
+    zone->setRawOffset(raw), zone->setStartRule(startMonth, startWeek, 1, time, mode, Z::kDowInMonth);
+    zone->setEndRule(endMonth, endWeek, 1, time, mode, Z::kDowInMonth);
     return zone;
 }
-
-// -3 h, daylight saving from the first Sunday of October to the third Sunday of
-// February, both at midnight wall time.
-ZuTimeZone* southern() {
-    ZuTimeZone* zone = new ZuTimeZone();
-    zone->setRawOffset(-3 * kHour);
-    zone->setStartRule(9, 1, 1, 0, Z::kWallTime, Z::kDowInMonth);
-    zone->setEndRule(1, 3, 1, 0, Z::kWallTime, Z::kDowInMonth);
-    return zone;
-}
+// Central Europe: +1 h, from the last Sunday of March to the last Sunday of October at 01:00 UTC.
+ZuTimeZone* northern() { return ruled(kHour, 2, -1, 9, -1, kHour, Z::kUtcTime); }
+// -3 h, from the first Sunday of October to the third Sunday of February at midnight wall time.
+ZuTimeZone* southern() { return ruled(-3 * kHour, 9, 1, 1, 3, 0, Z::kWallTime); }
 
 int32_t offset(const ZuTimeZone& zone, int year, int month, int day, int dow, int32_t millis) {
     static const int lengths[] = {31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};  // 2004
@@ -44,20 +39,16 @@ int32_t offset(const ZuTimeZone& zone, int year, int month, int day, int dow, in
 
 TEST(TimeZoneDefault, IsUtcWithoutDaylightSavingAndSharedOnce) {
     ZuTimeZone zone;
-    EXPECT_EQ(zone.getRawOffset(), 0);
-    EXPECT_EQ(zone.getDSTSavings(), 3600000);
-    EXPECT_FALSE(zone.getUseDaylight());
-    EXPECT_TRUE(zone.useDaylightTime());  // deliberately, whatever the flag
+    EXPECT_EQ(std::make_pair(zone.getRawOffset(), zone.getDSTSavings()), std::make_pair(0, kHour));
+    EXPECT_TRUE(!zone.getUseDaylight() && zone.useDaylightTime());  // the latter deliberately, whatever the flag
     for (int month = 1; month <= 12; ++month)
         EXPECT_EQ(offset(zone, 2004, month, 15, 3, 43200000), 0);
     std::vector<ZuTimeZone*> seen(8);
     std::vector<std::thread> threads;
     for (size_t i = 0; i < seen.size(); ++i)
         threads.emplace_back([&seen, i] { seen[i] = ZuTimeZone::createDefault(); });
-    for (size_t i = 0; i < seen.size(); ++i) {
-        threads[i].join();
-        EXPECT_EQ(seen[i], ZuTimeZone::createDefault());
-    }
+    for (std::thread& t : threads) t.join();
+    EXPECT_EQ(std::count(seen.begin(), seen.end(), ZuTimeZone::createDefault()), 8);
     // Every zone compares equal; a clone is a default zone, rules not copied.
     std::unique_ptr<ZuTimeZone> rules(northern()), copy(rules->clone());
     EXPECT_TRUE(*rules == zone && *copy == *ZuTimeZone::createDefault());
@@ -82,15 +73,12 @@ TEST(TimeZoneOffset, RejectsArgumentsOutOfRange) {
 TEST(TimeZoneRule, EachModePicksItsDay) {
     // May 2004: the 1st is a Saturday. Arguments: day, weekday, then the rule.
     struct { int mode, ruleDow, ruleDay, dom, dow; int32_t expect; } cases[] = {
-        {Z::kDayOfMonth, 0, 15, 14, 6, -1}, {Z::kDayOfMonth, 0, 15, 15, 7, 0},
-        {Z::kDayOfMonth, 0, 15, 16, 1, 1},
+        {Z::kDayOfMonth, 0, 15, 14, 6, -1}, {Z::kDayOfMonth, 0, 15, 15, 7, 0}, {Z::kDayOfMonth, 0, 15, 16, 1, 1},
         {Z::kDowInMonth, 1, 2, 9, 1, 0}, {Z::kDowInMonth, 1, 2, 8, 7, -1},  // 2nd Sunday: 9th
-        {Z::kDowInMonth, 1, -1, 30, 1, 0}, {Z::kDowInMonth, 1, -1, 29, 7, -1},  // last Sunday
-        {Z::kDowInMonth, 1, -1, 31, 2, 1},
+        {Z::kDowInMonth, 1, -1, 30, 1, 0}, {Z::kDowInMonth, 1, -1, 29, 7, -1}, {Z::kDowInMonth, 1, -1, 31, 2, 1},
         {Z::kDowGeDom, 1, 10, 16, 1, 0}, {Z::kDowGeDom, 1, 10, 15, 7, -1},  // on or after 10th
         {Z::kDowLeDom, 1, 10, 9, 1, 0}, {Z::kDowLeDom, 1, 10, 10, 2, 1},    // on or before 10th
-        {9, 1, 10, 1, 7, 1},  // unknown mode: rule day 0
-    };
+        {9, 1, 10, 1, 7, 1}};  // unknown mode: rule day 0
     for (auto& c : cases)
         EXPECT_EQ(Z::compareToRule(4, 31, 30, c.dom, c.dow, 0, 0, c.mode, 4, c.ruleDow, c.ruleDay, 0),
                   c.expect) << "mode " << c.mode << " day " << c.dom;
@@ -98,17 +86,15 @@ TEST(TimeZoneRule, EachModePicksItsDay) {
     EXPECT_EQ(Z::compareToRule(3, 30, 31, 30, 6, 0, 0, 1, 4, 1, 1, 0), -1);
     EXPECT_EQ(Z::compareToRule(4, 31, 30, 31, 2, 23 * kHour, 2 * kHour, 1, 5, 1, 1, kHour), 0);
     EXPECT_EQ(Z::compareToRule(5, 30, 31, 1, 3, 1800000, -kHour, 1, 4, 1, 31, 84600000), 0);
-
     // Through getOffset: a zone starting in each mode, off the day before, on at the start.
-    struct { int mode, day, dow, before, start; } starts[] = {
-        {Z::kDayOfMonth, 15, 0, 14, 15}, {Z::kDowInMonth, 2, 1, 8, 9},
-        {Z::kDowGeDom, 10, 1, 15, 16}, {Z::kDowLeDom, 10, 1, 8, 9}};
+    struct { int mode, day, dow, before; } starts[] = {
+        {Z::kDayOfMonth, 15, 0, 14}, {Z::kDowInMonth, 2, 1, 8}, {Z::kDowGeDom, 10, 1, 15}, {Z::kDowLeDom, 10, 1, 8}};
     for (auto& s : starts) {
         ZuTimeZone zone;
         zone.setStartRule(4, s.day, s.dow, 0, Z::kStandardTime, s.mode);
         zone.setEndRule(11, 1, 0, 0, Z::kStandardTime, Z::kDayOfMonth);
         EXPECT_EQ(offset(zone, 2004, 5, s.before, (s.before + 5) % 7 + 1, kHour), 0) << s.mode;
-        EXPECT_EQ(offset(zone, 2004, 5, s.start, (s.start + 5) % 7 + 1, 0), kHour) << s.mode;
+        EXPECT_EQ(offset(zone, 2004, 5, s.before + 1, (s.before + 6) % 7 + 1, 0), kHour) << s.mode;
     }
 }
 
@@ -130,8 +116,7 @@ TEST(TimeZoneOffset, NorthernAndSouthernPeriods) {
     EXPECT_EQ(south->getOffset(0, 4, 0, 15, 5, 0, 31, code), -3 * kHour);  // BC: no saving
     north->setStartYear(2005);
     EXPECT_EQ(offset(*north, 2004, 7, 15, 5, 0), kHour);
-    north->setStartYear(0);
-    north->setUseDaylight(false);
+    north->setStartYear(0), north->setUseDaylight(false);
     EXPECT_EQ(offset(*north, 2004, 7, 15, 5, 0), kHour);
 }
 
@@ -145,26 +130,16 @@ TEST(TimeZoneCalendar, CalendarKeepsWallTimeAcrossTheChange) {
     EXPECT_TRUE(cal->inDaylightTime(code));
     cal->set(C::kHourOfDay, 15);
     EXPECT_EQ(cal->getTimeInMillis(code), noonUtc + kHour);
-
-    cal->set(2004, 2, 27, 12, 0);  // Saturday before the switch, local time
-    cal->add(C::kDate, 1, code);
-    EXPECT_EQ(show(*cal), "2004-03-28 12:00:00.000");
-    EXPECT_EQ(cal->get(C::kDstOffset, code), kHour);
-    cal->set(2004, 2, 27, 12, 0);
-    cal->add(C::kHour, 24, code);
-    EXPECT_EQ(show(*cal), "2004-03-28 13:00:00.000");
-    cal->set(2004, 9, 30, 23, 30);  // a week later, back in standard time, at 23:30 again
-    cal->add(C::kWeekOfYear, 1, code);
-    EXPECT_EQ(show(*cal), "2004-11-06 23:30:00.000");
+    // From local times either side of the switches: a day keeps the wall time, 24 hours do not.
+    run(*cal, {{[](C& c, E& e) { c.set(2004, 2, 27, 12, 0), c.add(C::kDate, 1, e); }, "2004-03-28 12:00:00.000"},
+               {[](C& c, E& e) { c.set(2004, 2, 27, 12, 0), c.add(C::kHour, 24, e); }, "2004-03-28 13:00:00.000"},
+               {[](C& c, E& e) { c.set(2004, 9, 30, 23, 30), c.add(C::kWeekOfYear, 1, e); },
+                "2004-11-06 23:30:00.000"}});
     EXPECT_FALSE(cal->inDaylightTime(code));
     EXPECT_EQ(cal->getEpochDay(code), 12728);
-
     // Fields with an explicit zone offset bypass the zone's rules.
-    cal->set(2004, 6, 15, 12, 0);
-    cal->set(C::kZoneOffset, 0);
-    cal->set(C::kDstOffset, 0);
+    cal->set(2004, 6, 15, 12, 0), cal->set(C::kZoneOffset, 0), cal->set(C::kDstOffset, 0);
     EXPECT_EQ(cal->getTimeInMillis(code), noonUtc);
-
     std::unique_ptr<ZuCalendar> copy(cal->clone());  // the copy's zone is a default zone
     EXPECT_EQ(copy->getTimeZone().getRawOffset() + code, 0);
 }

@@ -19,58 +19,48 @@ namespace {
 class PathFiles : public zu_test::TempDirTest {};
 
 int openDescriptors() {
+    DIR* d = ::opendir("/proc/self/fd");
     int n = 0;
-    if (DIR* d = ::opendir("/proc/self/fd")) {
-        while (::readdir(d)) ++n;
-        ::closedir(d);
-    }
-    return n;
+    for (; d && ::readdir(d); ++n) {}
+    return d ? (::closedir(d), n) : 0;
 }
 
 // The entries of a scan, each as its fields.
 std::multiset<std::string> scan(const char* dir) {
-    ZuPathName p(dir);
+    ZuPathName p(dir), entry("stale/value.x");
     std::multiset<std::string> entries;
-    ZuPathName entry("stale/value.x");
-    if (!p.openDir()) return entries;
-    while (p.readDir(entry)) entries.insert(parts(entry));
+    for (bool open = p.openDir(); open && p.readDir(entry);) entries.insert(parts(entry));
     return entries;
 }
 
 } // namespace
 
 TEST_F(PathFiles, CreateFollowsTheRecursionRules) {
-    EXPECT_FALSE(ZuPathName("a/b/c.txt").create(-1, false));
-    EXPECT_TRUE(ZuPathName("a/b/c.txt").create(-1, true));
-    EXPECT_TRUE(ZuPathName("a/b/").isSystemDirectory());
-    EXPECT_TRUE(ZuPathName("a/b/c.txt").doesExist());
-    EXPECT_TRUE(ZuPathName("a/b/d.txt").create(0600, false)); // its directory exists
+    struct { const char* text; short mode; bool recursive, expected; } steps[] = {
+        {"a/b/c.txt", -1, false, false}, {"a/b/c.txt", -1, true, true},
+        {"a/b/d.txt", 0600, false, true}, // its directory exists
+        {"a/d/", -1, false, false},       // deliberate, though a/ exists
+        {"a/d/", -1, true, true}, {"a/d/", -1, false, true}}; // the last: exists already
+    for (auto& s : steps) EXPECT_EQ(ZuPathName(s.text).create(s.mode, s.recursive), s.expected) << s.text;
     short mode = 0;
-    EXPECT_TRUE(ZuPathName("a/b/d.txt").queryMode(mode));
+    EXPECT_TRUE(ZuPathName("a/b/d.txt").queryMode(mode) && ZuPathName("a/b/c.txt").doesExist());
     EXPECT_EQ(mode & 0777, 0600);
-    EXPECT_FALSE(ZuPathName("a/d/").create(-1, false)); // deliberate, though a/ exists
-    EXPECT_TRUE(ZuPathName("a/d/").create(-1, true));
-    EXPECT_TRUE(ZuPathName("a/d/").create(-1, false)); // exists already
-    EXPECT_TRUE(ZuPathName(_dir.c_str()).isSystemDirectory());
-    EXPECT_FALSE(ZuPathName("a/b/c.txt").isSystemDirectory());
-    EXPECT_TRUE(ZuPathName("a/b").isSystemDirectory()); // the file name taken as a directory
+    // "a/b": the file name taken as a directory
+    for (auto [text, isDir] : {std::pair{"a/b/", true}, {_dir.c_str(), true}, {"a/b/c.txt", false}, {"a/b", true}})
+        EXPECT_EQ(ZuPathName(text).isSystemDirectory(), isDir) << text;
 }
 
 TEST_F(PathFiles, RemoveFollowsTheRecursionRulesAndNeverLeavesTheTree) {
-    ASSERT_TRUE(ZuPathName("t/s/f.txt").create(-1, true));
-    ASSERT_TRUE(ZuPathName("out/keep.txt").create(-1, true));
-    ASSERT_EQ(::symlink((_dir + "out").c_str(), "t/s/dirlink"), 0);
-    ASSERT_EQ(::symlink((_dir + "out/keep.txt").c_str(), "t/filelink"), 0);
-    ASSERT_EQ(::symlink((_dir + "nowhere").c_str(), "t/dangling"), 0);
-    EXPECT_FALSE(ZuPathName("missing.txt").remove(true));
-    EXPECT_FALSE(ZuPathName("t/").remove(false));
+    ASSERT_TRUE(ZuPathName("t/s/f.txt").create(-1, true) && ZuPathName("out/keep.txt").create(-1, true));
+    for (auto [target, link] :
+         {std::pair{"out", "t/s/dirlink"}, {"out/keep.txt", "t/filelink"}, {"nowhere", "t/dangling"}, {"out", "top"}})
+        ASSERT_EQ(::symlink((_dir + target).c_str(), link), 0);
+    EXPECT_FALSE(ZuPathName("missing.txt").remove(true) || ZuPathName("t/").remove(false));
     EXPECT_TRUE(ZuPathName("t/s/f.txt").doesExist());
     EXPECT_TRUE(ZuPathName("t/").remove(true));
     EXPECT_FALSE(ZuPathName("t/").doesExist());
-    EXPECT_TRUE(ZuPathName("out/keep.txt").doesExist()); // the links were not followed
-    ASSERT_EQ(::symlink((_dir + "out").c_str(), "top"), 0);
-    EXPECT_TRUE(ZuPathName("top/").remove(true)); // a link to a directory goes as a link
-    EXPECT_TRUE(ZuPathName("out/keep.txt").doesExist());
+    EXPECT_TRUE(ZuPathName("top/").remove(true));        // a link to a directory goes as a link
+    EXPECT_TRUE(ZuPathName("out/keep.txt").doesExist()); // no link was followed
     EXPECT_TRUE(ZuPathName("out/keep.txt").remove(false));
     EXPECT_TRUE(ZuPathName("out/").remove(false)); // now empty
 }
@@ -79,11 +69,9 @@ TEST_F(PathFiles, ScansReturnEntryShapes) {
     ASSERT_TRUE(ZuPathName("e/").create(-1, true));
     EXPECT_EQ(scan("e/"), (std::multiset<std::string>{"|||", "|../||"}));
     EXPECT_TRUE(ZuPathName("e/").isEmptyDirectory());
-    ASSERT_TRUE(ZuPathName("e/f.txt").create(-1, false));
-    ASSERT_TRUE(ZuPathName("e/sub/").create(-1, true));
+    ASSERT_TRUE(ZuPathName("e/f.txt").create(-1, false) && ZuPathName("e/sub/").create(-1, true));
     EXPECT_EQ(scan("e/ignored.name"), (std::multiset<std::string>{"|||", "|../||", "||f|txt", "|sub/||"}));
-    EXPECT_FALSE(ZuPathName("e/").isEmptyDirectory());
-    EXPECT_FALSE(ZuPathName("nope/").isEmptyDirectory());
+    EXPECT_FALSE(ZuPathName("e/").isEmptyDirectory() || ZuPathName("nope/").isEmptyDirectory());
     ZuPathName none("e/"), entry;
     EXPECT_FALSE(none.readDir(entry)); // no open stream
     ASSERT_TRUE(none.openDir());
@@ -100,9 +88,7 @@ TEST_F(PathFiles, DirectoryStreamsAreAlwaysClosed) {
     const int before = openDescriptors();
     for (int i = 0; i < 50; ++i) {
         ZuPathName p("d/"), q("d/");
-        ASSERT_TRUE(p.openDir());
-        ASSERT_TRUE(p.openDir()); // reopening closes the first stream
-        ASSERT_TRUE(q.openDir());
+        ASSERT_TRUE(p.openDir() && p.openDir() && q.openDir()); // reopening closes the first stream
         q = p;                    // assignment closes q's stream
         EXPECT_TRUE(p.isEmptyDirectory());
         ASSERT_TRUE(p.openDir()); // the destructor closes this one
@@ -113,17 +99,14 @@ TEST_F(PathFiles, DirectoryStreamsAreAlwaysClosed) {
 TEST_F(PathFiles, QueriesAndCurrentDirectory) {
     ASSERT_TRUE(ZuPathName("f.txt").create(-1, false));
     const ZuPathName f("f.txt"), missing("new.txt");
-    EXPECT_TRUE(f.isNewer(f) && !f.isNewer(missing));
-    EXPECT_TRUE(missing.isWritable() && !missing.isReadable()); // can be created here
-    EXPECT_FALSE(ZuPathName("no/new.txt").isWritable());
+    EXPECT_TRUE(f.isNewer(f) && !f.isNewer(missing) && ZuPathName::doesExist("f.txt"));
+    // a missing file is writable when it can be created there
+    EXPECT_TRUE(missing.isWritable() && !missing.isReadable() && !ZuPathName("no/new.txt").isWritable());
     EXPECT_TRUE(f.isReadable() && f.isWritable() && !f.isExecutable());
-    EXPECT_TRUE(f.changeMode(0700));
-    EXPECT_TRUE(f.isExecutable());
-    EXPECT_FALSE(missing.changeMode(0700));
+    EXPECT_TRUE(f.changeMode(0700) && f.isExecutable() && !missing.changeMode(0700));
     long m = 0, a = 0, c = 0;
     EXPECT_TRUE(f.queryModificationTime(m) && f.queryAccessTime(a) && f.queryChangedStatusTime(c));
     EXPECT_GT(m, 0);
-    EXPECT_TRUE(ZuPathName::doesExist("f.txt"));
     ZuPathName here("keep.me");
     here.queryCurrentDirectory(nullptr);
     EXPECT_EQ(parts(here), "|" + _dir + "|keep|me");

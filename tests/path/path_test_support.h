@@ -1,13 +1,14 @@
 #ifndef ZU_TESTS_PATH_SUPPORT_H
 #define ZU_TESTS_PATH_SUPPORT_H
 
-// Helpers of the path tests: a path shown field by field, and a fresh temporary
-// directory that is the current directory while a test runs.
+// Helpers of the path tests: a path shown field by field, a path read in either notation,
+// and a fresh temporary directory that is the current directory while a test runs.
 #include <zu/pathname.h>
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <unistd.h>
 
@@ -17,6 +18,13 @@ namespace zu_test {
 inline std::string parts(const ZuPathName& p) {
     return std::string(p.getDevice().getValue()) + "|" + p.getInternalDirectory().getValue() + "|" +
            p.getBaseNameOnly().getValue() + "|" + p.getExtension().getValue();
+}
+
+// A path from Unix text, or from DOS text when it holds a backslash.
+inline ZuPathName path(const char* text) {
+    ZuPathName p;
+    p.setValue(text, -1, std::strchr(text, '\\') ? ZuPathName::DosPathType : ZuPathName::UnixPathType);
+    return p;
 }
 
 // A new empty directory under TMPDIR (or /tmp), made the current directory; both are

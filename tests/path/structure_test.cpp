@@ -9,204 +9,143 @@
 
 #include <cstdio>
 #include <cstring>
-#include <functional>
+#include <initializer_list>
 #include <string>
 
 using zu_test::parts;
+using zu_test::path;
 
 namespace {
 
-// Runs op on a copy of the path text and returns the fields.
-std::string after(const char* text, const std::function<void(ZuPathName&)>& op) {
-    ZuPathName p(text);
-    op(p);
+typedef void (ZuPathName::*Unary)();
+typedef void (ZuPathName::*Binary)(const ZuPathName&);
+
+std::string after(const char* text, Unary op) {
+    ZuPathName p = path(text);
+    (p.*op)();
     return parts(p);
 }
 
-} // namespace
-
-TEST(PathStructure, LevelNumberCountsSlashesAfterTheFirstCharacter) {
-    for (auto [dir, level] : {std::pair{"/", 0}, {"", 0}, {"a/", 1}, {"/a/", 1}, {"a/b/", 2}, {"/a/b/", 2}}) {
-        ZuPathName p;
-        p.setInternalDir(dir);
-        EXPECT_EQ(p.computeLevelNumber(), level) << dir;
+// Each row: the operation applied to path(text) with path(other), and the fields it leaves.
+struct Step { Binary op; const char *text, *other, *expected; };
+void check(std::initializer_list<Step> steps) {
+    for (const Step& s : steps) {
+        ZuPathName p = path(s.text);
+        (p.*s.op)(path(s.other));
+        EXPECT_EQ(parts(p), s.expected) << s.text << " with " << s.other;
     }
 }
+
+} // namespace
 
 TEST(PathStructure, SubDirectoryIsASubstringTest) {
     struct Case { const char *inner, *outer; bool expected; } cases[] = {
         {"/a/b/", "/a/", true},  {"/x/a/b/", "/a/", true}, // deliberate: not a prefix test
         {"/b/", "/a/", false},   {"/a/f.txt", "/a/", false}, {"/a/b/", "/a/f", false},
-        {"a/b/", "a/", true},    {"", "", false},
+        {"a/b/", "a/", true},    {"", "", false}, {"C:\\a\\b\\", "D:\\a\\", false},
+        {"C:\\a\\b\\", "C:\\a\\", true}, {"C:\\a\\b\\", "/a/", true},
     };
     for (const Case& c : cases)
-        EXPECT_EQ(ZuPathName(c.inner).isSubDirectory(ZuPathName(c.outer)), c.expected) << c.inner << " in " << c.outer;
-    ZuPathName c, d, e;
-    c.setDosValue("C:\\a\\b\\");
-    d.setDosValue("D:\\a\\");
-    e.setDosValue("C:\\a\\");
-    EXPECT_FALSE(c.isSubDirectory(d));
-    EXPECT_TRUE(c.isSubDirectory(e));
-    EXPECT_TRUE(c.isSubDirectory(ZuPathName("/a/")));
+        EXPECT_EQ(path(c.inner).isSubDirectory(path(c.outer)), c.expected) << c.inner << " in " << c.outer;
 }
 
-TEST(PathStructure, SubDirectoryNumbering) {
-    const ZuPathName p("/a/b/c/f.x");
-    EXPECT_STREQ(p.getSubDirectory(0, 0).getValue(), "/a/");
-    EXPECT_STREQ(p.getSubDirectory(1, 1).getValue(), "b/");
-    EXPECT_STREQ(p.getSubDirectory(0, 1).getValue(), "/a/b/");
-    EXPECT_STREQ(p.getSubDirectory(2, -1).getValue(), "c/");
-    EXPECT_STREQ(p.getSubDirectory(5, 6).getValue(), "");
-    EXPECT_STREQ(p.getSubDirectory(2, 1).getValue(), "");
-    struct Case { const char* text; const char *first, *last, *allButFirst, *allButLast; } cases[] = {
-        {"/a/b/c/f.x", "|/a/|f|x", "|c/|f|x", "|b/c/|f|x", "|/a/b/|f|x"},
-        {"x/y/", "|x/||", "|y/||", "|y/||", "|x/||"}, {"/a/", "|/a/||", "|/a/||", "|||", "|/||"},
-        {"x/", "|x/||", "|x/||", "|||", "|||"}, {"/", "|/||", "|/||", "|/||", "|/||"},
-        {"f", "||f|", "||f|", "||f|", "||f|"},
+TEST(PathStructure, LevelsAndSubDirectoryNumbering) {
+    // The level counts the slashes after the first character.
+    for (auto [dir, level] : {std::pair{"/", 0}, {"", 0}, {"a/", 1}, {"/a/", 1}, {"a/b/", 2}, {"/a/b/", 2}})
+        EXPECT_EQ(path(dir).computeLevelNumber(), level) << dir;
+    struct { int first, last; const char* expected; } ranges[] = {
+        {0, 0, "/a/"}, {1, 1, "b/"}, {0, 1, "/a/b/"}, {2, -1, "c/"}, {5, 6, ""}, {2, 1, ""}};
+    for (auto& r : ranges)
+        EXPECT_STREQ(ZuPathName("/a/b/c/f.x").getSubDirectory(r.first, r.last).getValue(), r.expected) << r.first;
+    const Unary ops[] = {&ZuPathName::computeFirstSubDirectory, &ZuPathName::computeLastSubDirectory,
+                         &ZuPathName::computeAllButFirstSubDirectory, &ZuPathName::computeAllButLastSubDirectory};
+    struct Case { const char* text; const char* expected[4]; } cases[] = { // first, last, all but first, all but last
+        {"/a/b/c/f.x", {"|/a/|f|x", "|c/|f|x", "|b/c/|f|x", "|/a/b/|f|x"}},
+        {"x/y/", {"|x/||", "|y/||", "|y/||", "|x/||"}}, {"/a/", {"|/a/||", "|/a/||", "|||", "|/||"}},
+        {"x/", {"|x/||", "|x/||", "|||", "|||"}}, {"/", {"|/||", "|/||", "|/||", "|/||"}},
+        {"f", {"||f|", "||f|", "||f|", "||f|"}},
     };
-    for (const Case& c : cases) {
-        EXPECT_EQ(after(c.text, [](ZuPathName& p) { p.computeFirstSubDirectory(); }), c.first) << c.text;
-        EXPECT_EQ(after(c.text, [](ZuPathName& p) { p.computeLastSubDirectory(); }), c.last) << c.text;
-        EXPECT_EQ(after(c.text, [](ZuPathName& p) { p.computeAllButFirstSubDirectory(); }), c.allButFirst) << c.text;
-        EXPECT_EQ(after(c.text, [](ZuPathName& p) { p.computeAllButLastSubDirectory(); }), c.allButLast) << c.text;
-    }
+    for (const Case& c : cases)
+        for (int i = 0; i < 4; ++i) EXPECT_EQ(after(c.text, ops[i]), c.expected[i]) << c.text << " operation " << i;
 }
 
 TEST(PathStructure, ForceMergeAndPrepend) {
-    auto absolute = [](ZuPathName& p) { p.forceAbsolute(); };
-    auto relative = [](ZuPathName& p) { p.forceRelative(); };
-    auto directory = [](ZuPathName& p) { p.forceDirectory(); };
-    EXPECT_EQ(after("", absolute), "|/||");
-    EXPECT_EQ(after("a/f", absolute), "|/a/|f|");
-    EXPECT_EQ(after("/a/f", absolute), "|/a/|f|");
-    EXPECT_EQ(after("../a/", absolute), "|/../a/||");
-    EXPECT_EQ(after("/a/f", relative), "|a/|f|");
-    EXPECT_EQ(after("/", relative), "|||");
-    EXPECT_EQ(after("a/b.c", directory), "|a/b.c/||");
-    EXPECT_EQ(after(".profile", directory), "|.profile/||");
-    EXPECT_EQ(after("a/", directory), "|a/||");
-    auto mergeWith = [](const char* other) {
-        return [other](ZuPathName& p) { p.merge(ZuPathName(other)); };
-    };
-    EXPECT_EQ(after("/base/x.y", mergeWith("sub/f.txt")), "|/base/sub/|f|txt");
-    EXPECT_EQ(after("/base/x.y", mergeWith("/abs/g")), "|/abs/|g|");
-    EXPECT_EQ(after("/base/x.y", mergeWith("z/")), "|/base/z/||"); // the empty file name is taken too
-    EXPECT_EQ(after("/base/x.y", mergeWith("../q")), "|/|q|");
-    EXPECT_EQ(after("", mergeWith("")), "|||");
-    auto prependWith = [](const char* other) {
-        return [other](ZuPathName& p) { p.prepend(ZuPathName(other)); };
-    };
-    EXPECT_EQ(after("f.txt", prependWith("/root/")), "|/root/|f|txt");
-    EXPECT_EQ(after("s/f.txt", prependWith("/root/x")), "|/root/s/|f|txt");
-    EXPECT_EQ(after("/abs/f", prependWith("/root/")), "|/abs/|f|");
+    const Unary absolute = &ZuPathName::forceAbsolute, relative = &ZuPathName::forceRelative,
+                directory = &ZuPathName::forceDirectory;
+    struct { Unary op; const char *text, *expected; } forced[] = {
+        {absolute, "", "|/||"}, {absolute, "a/f", "|/a/|f|"}, {absolute, "/a/f", "|/a/|f|"},
+        {absolute, "../a/", "|/../a/||"}, {relative, "/a/f", "|a/|f|"}, {relative, "/", "|||"},
+        {directory, "a/b.c", "|a/b.c/||"}, {directory, ".profile", "|.profile/||"}, {directory, "a/", "|a/||"}};
+    for (auto& f : forced)
+        EXPECT_EQ(after(f.text, f.op), f.expected) << f.text;
+    const Binary merge = &ZuPathName::merge, prepend = &ZuPathName::prepend;
+    check({{merge, "/base/x.y", "sub/f.txt", "|/base/sub/|f|txt"}, {merge, "/base/x.y", "/abs/g", "|/abs/|g|"},
+           {merge, "/base/x.y", "z/", "|/base/z/||"}, // the empty file name is taken too
+           {merge, "/base/x.y", "../q", "|/|q|"}, {merge, "", "", "|||"},
+           {prepend, "f.txt", "/root/", "|/root/|f|txt"}, {prepend, "s/f.txt", "/root/x", "|/root/s/|f|txt"},
+           {prepend, "/abs/f", "/root/", "|/abs/|f|"}});
 }
 
-TEST(PathStructure, LeadingParts) {
-    auto same = [](const char* other) { return [other](ZuPathName& p) { p.computeSameLeading(ZuPathName(other)); }; };
-    auto differ = [](const char* other) { return [other](ZuPathName& p) { p.computeDifferLeading(ZuPathName(other)); }; };
-    EXPECT_EQ(after("/a/b/f.c", same("/a/c/f.c")), "|/a/||");
-    EXPECT_EQ(after("/a/b/f.c", same("/a/b/g.c")), "|/a/b/||");
-    EXPECT_EQ(after("/a/b/f.c", same("/a/b/f.h")), "|/a/b/|f|");
-    EXPECT_EQ(after("/a/b/f.c", same("/a/b/f.c")), "|/a/b/|f|c");
-    EXPECT_EQ(after("/a/b/f.c", same("/ab/b/f.c")), "|/||");
-    EXPECT_EQ(after("ab/x/f", same("cd/y/f")), "|ab/||"); // deliberate: equal-length first parts
-    EXPECT_EQ(after("ab/x/f", same("c/x/f")), "|||");
-    EXPECT_EQ(after("/a/b/f.c", differ("/a/c/g.c")), "|b/|f|c");
-    EXPECT_EQ(after("/a/b/f.c", differ("/a/b/g.c")), "||f|c");
-    EXPECT_EQ(after("/a/f.c", differ("/a/b/f.c")), "|||");
-    EXPECT_EQ(after("/a/f.c", differ("/a/b/f.h")), "|||c");
-    EXPECT_EQ(after("/a/f.c", differ("/a/b/g.c")), "||f|c");
-    ZuPathName c, d;
-    c.setDosValue("C:\\a\\f");
-    d.setDosValue("D:\\a\\f");
-    ZuPathName c2(c);
-    c2.computeSameLeading(d);
-    EXPECT_EQ(parts(c2), "|||");
-    c2 = c;
-    c2.computeDifferLeading(d);
-    EXPECT_EQ(parts(c2), "C|/a/|f|"); // devices differ: unchanged
-}
-
-TEST(PathStructure, TrailingParts) {
-    auto same = [](const char* other) { return [other](ZuPathName& p) { p.computeSameTrailing(ZuPathName(other)); }; };
-    auto differ = [](const char* other) { return [other](ZuPathName& p) { p.computeDifferTrailing(ZuPathName(other)); }; };
-    EXPECT_EQ(after("/x/a/b/f.c", same("/y/a/b/f.c")), "|a/b/|f|c");
-    EXPECT_EQ(after("/x/a/b/f.c", same("/x/a/b/g.c")), "|||c");
-    EXPECT_EQ(after("/x/a/b/f.c", same("/x/a/b/f.h")), "|||");
-    EXPECT_EQ(after("/a/b/f.c", same("a/b/f.c")), "|a/b/|f|c");
-    EXPECT_EQ(after("/x/a/f.c", same("/a/x/f.c")), "||f|c");
-    EXPECT_EQ(after("a/b/f.c", same("z/a/b/f.c")), "|a/b/|f|c");
-    EXPECT_EQ(after("/x/a/b/f.c", differ("/y/a/b/f.c")), "|/x/||");
-    EXPECT_EQ(after("/x/a/b/f.c", differ("/x/a/b/g.c")), "|/x/a/b/|f|");
-    EXPECT_EQ(after("/x/a/b/f.c", differ("/x/a/b/f.h")), "|/x/a/b/|f|c");
-    EXPECT_EQ(after("/x/a/b/f.c", differ("/x/a/b/f.c")), "|||");
-    EXPECT_EQ(after("a/b/f.c", differ("z/a/b/f.c")), "|||");
-    ZuPathName c, d;
-    c.setDosValue("C:\\a\\f.c");
-    d.setDosValue("D:\\a\\f.c");
-    ZuPathName c2(c);
-    c2.computeSameTrailing(d);
-    EXPECT_EQ(parts(c2), "|/a/|f|c");
-    c2 = c;
-    c2.computeDifferTrailing(d);
-    EXPECT_EQ(parts(c2), "C|||"); // equal directories emptied; the differing device stays
+TEST(PathStructure, LeadingAndTrailingParts) {
+    Binary same = &ZuPathName::computeSameLeading, differ = &ZuPathName::computeDifferLeading;
+    check({{same, "/a/b/f.c", "/a/c/f.c", "|/a/||"}, {same, "/a/b/f.c", "/a/b/g.c", "|/a/b/||"},
+           {same, "/a/b/f.c", "/a/b/f.h", "|/a/b/|f|"}, {same, "/a/b/f.c", "/a/b/f.c", "|/a/b/|f|c"},
+           {same, "/a/b/f.c", "/ab/b/f.c", "|/||"}, {same, "ab/x/f", "c/x/f", "|||"},
+           {same, "ab/x/f", "cd/y/f", "|ab/||"}, // deliberate: equal-length first parts
+           {same, "C:\\a\\f", "D:\\a\\f", "|||"}, {differ, "/a/b/f.c", "/a/c/g.c", "|b/|f|c"},
+           {differ, "/a/b/f.c", "/a/b/g.c", "||f|c"}, {differ, "/a/f.c", "/a/b/f.c", "|||"},
+           {differ, "/a/f.c", "/a/b/f.h", "|||c"}, {differ, "/a/f.c", "/a/b/g.c", "||f|c"},
+           {differ, "C:\\a\\f", "D:\\a\\f", "C|/a/|f|"}}); // devices differ: unchanged
+    same = &ZuPathName::computeSameTrailing, differ = &ZuPathName::computeDifferTrailing;
+    check({{same, "/x/a/b/f.c", "/y/a/b/f.c", "|a/b/|f|c"}, {same, "/x/a/b/f.c", "/x/a/b/g.c", "|||c"},
+           {same, "/x/a/b/f.c", "/x/a/b/f.h", "|||"}, {same, "/a/b/f.c", "a/b/f.c", "|a/b/|f|c"},
+           {same, "/x/a/f.c", "/a/x/f.c", "||f|c"}, {same, "a/b/f.c", "z/a/b/f.c", "|a/b/|f|c"},
+           {same, "C:\\a\\f.c", "D:\\a\\f.c", "|/a/|f|c"}, {differ, "/x/a/b/f.c", "/y/a/b/f.c", "|/x/||"},
+           {differ, "/x/a/b/f.c", "/x/a/b/g.c", "|/x/a/b/|f|"}, {differ, "/x/a/b/f.c", "/x/a/b/f.h", "|/x/a/b/|f|c"},
+           {differ, "/x/a/b/f.c", "/x/a/b/f.c", "|||"}, {differ, "a/b/f.c", "z/a/b/f.c", "|||"},
+           {differ, "C:\\a\\f.c", "D:\\a\\f.c", "C|||"}}); // equal directories emptied; the device stays
 }
 
 TEST(PathStructure, RelativePath) {
-    auto relativeTo = [](const char* ref) { return [ref](ZuPathName& p) { p.computeRelativePath(ZuPathName(ref)); }; };
-    EXPECT_EQ(after("/a/f", relativeTo("/b/x")), "|../a/|f|");
-    EXPECT_EQ(after("/a/b/c/f", relativeTo("/a/x/")), "|../b/c/|f|");
-    EXPECT_EQ(after("/a/b/c/f", relativeTo("/a/")), "|b/c/|f|");
-    EXPECT_EQ(after("/a/", relativeTo("/a/b/")), "|../||");
-    EXPECT_EQ(after("/a/f", relativeTo("/a/g")), "||f|");
-    EXPECT_EQ(after("/a/f", relativeTo("b/")), "|/a/|f|");
-    EXPECT_EQ(after("a/f", relativeTo("/b/")), "|a/|f|");
-    EXPECT_EQ(after("ab/f", relativeTo("x/")), "|ab/|f|"); // nothing in common
-    EXPECT_EQ(after("x/f", relativeTo("y/")), "||f|");    // deliberate: equal-length first parts
-    ZuPathName c, d;
-    c.setDosValue("C:\\a\\f");
-    d.setDosValue("D:\\b\\");
-    c.computeRelativePath(d);
-    EXPECT_EQ(parts(c), "C|/a/|f|");
+    const Binary rel = &ZuPathName::computeRelativePath;
+    check({{rel, "/a/f", "/b/x", "|../a/|f|"}, {rel, "/a/b/c/f", "/a/x/", "|../b/c/|f|"},
+           {rel, "/a/b/c/f", "/a/", "|b/c/|f|"}, {rel, "/a/", "/a/b/", "|../||"}, {rel, "/a/f", "/a/g", "||f|"},
+           {rel, "/a/f", "b/", "|/a/|f|"}, {rel, "a/f", "/b/", "|a/|f|"},
+           {rel, "ab/f", "x/", "|ab/|f|"}, // nothing in common
+           {rel, "x/f", "y/", "||f|"},     // deliberate: equal-length first parts
+           {rel, "C:\\a\\f", "D:\\b\\", "C|/a/|f|"}});
 }
 
 TEST(PathStructure, ShortenedPrints) {
-    ZuPathName p;
-    p.setDosValue("C:\\Documents\\Projects.2024\\LongFileName.html");
-    EXPECT_STREQ(p.get83DosValue().getValue(), "C:\\Document\\Projects.202\\LongFile.htm");
+    EXPECT_STREQ(path("C:\\Documents\\Projects.2024\\LongFileName.html").get83DosValue().getValue(),
+                 "C:\\Document\\Projects.202\\LongFile.htm");
     EXPECT_STREQ(ZuPathName("../ab/c.d").get83DosValue().getValue(), "..\\ab\\c.d");
     const ZuPathName q("/very/long/path/name.txt"); // 24 characters
-    EXPECT_STREQ(q.getTruncatedValue(13).getValue(), "/very...e.txt");
-    EXPECT_STREQ(q.getTruncatedValue(14).getValue(), "/very...me.txt");
-    EXPECT_STREQ(q.getTruncatedValue(24).getValue(), "/very/long/path/name.txt");
-    EXPECT_STREQ(q.getTruncatedValue(2).getValue(), "...");
-    EXPECT_STREQ(q.getTruncatedValue(-5).getValue(), "...");
+    for (auto [n, expected] : {std::pair{13, "/very...e.txt"}, {14, "/very...me.txt"},
+                               {24, "/very/long/path/name.txt"}, {2, "..."}, {-5, "..."}})
+        EXPECT_STREQ(q.getTruncatedValue(n).getValue(), expected) << n;
+}
+
+// Localisation under a messages locale; exits 0 when every print is right.
+static void localizeInChild() {
+    auto expect = [](const char* got, const char* expected) {
+        if (std::strcmp(got, expected) == 0) return;
+        std::fprintf(stderr, "%s, not %s\n", got, expected);
+        std::exit(1);
+    };
+    ZuPathName p("data/msg.txt"), q("/d/x");
+    if (!ZuLocale::Get(false, nullptr)) p.localize(), expect(p, "data/msg.txt"); // no default locale
+    ZuLocale* locale = ZuSetLocale("C");
+    if (!locale) expect("C refused", "");
+    locale->getCategory(ZuCategory_Messages)->setStdLangTerr("fr_FR", ZuEnc_ISO_8859_1);
+    expect(ZuPathName::Localize("data/msg.txt").getValue(), "data/locale/fr_FR.ISO-8859-1/msg.txt");
+    locale->getCategory(ZuCategory_Messages)->setStdLangTerr("Cname", ZuEnc_US_ASCII);
+    q.localize();
+    expect(q, "/d/locale/Cname/x");
+    std::exit(0);
 }
 
 // The default locale is process-wide: checked in a child process.
 TEST(PathStructure, LocalizeInsertsTheMessagesLocale) {
-    EXPECT_EXIT(
-        {
-            auto fail = [](const char* what, const char* got) {
-                std::fprintf(stderr, "%s: %s\n", what, got);
-                std::exit(1);
-            };
-            if (!ZuLocale::Get(false, nullptr)) {
-                ZuPathName p("data/msg.txt");
-                p.localize();
-                if (std::strcmp(p, "data/msg.txt") != 0) fail("no default locale", p);
-            }
-            ZuLocale* locale = ZuSetLocale("C");
-            if (!locale) fail("C", "refused");
-            locale->getCategory(ZuCategory_Messages)->setStdLangTerr("fr_FR", ZuEnc_ISO_8859_1);
-            const ZuString standard = ZuPathName::Localize("data/msg.txt");
-            if (std::strcmp(standard.getValue(), "data/locale/fr_FR.ISO-8859-1/msg.txt") != 0)
-                fail("standard name", standard.getValue());
-            locale->getCategory(ZuCategory_Messages)->setStdLangTerr("Cname", ZuEnc_US_ASCII);
-            ZuPathName q("/d/x");
-            q.localize();
-            if (std::strcmp(q, "/d/locale/Cname/x") != 0) fail("own name", q);
-            std::exit(0);
-        },
-        ::testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(localizeInChild(), ::testing::ExitedWithCode(0), "");
 }
