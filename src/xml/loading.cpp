@@ -34,9 +34,9 @@ unsigned extraBytes(unsigned char lead) {
     return lead < 0xFC ? 4 : 5;
 }
 
-// Gives the pages of a large block back to the system (the block stays in the pool,
-// and reads as zeros when reused): a parse of a big document should not leave its
-// buffers resident.
+// Hands the pages of a large block back to the system lazily (the block stays in the
+// pool): the system takes them when it needs memory, and a next parse that comes first
+// reuses them without page faults. Kernels without lazy freeing drop them at once.
 // Only the bytes used (at most the capacity) are concerned, and only from 1 MB up, so
 // that small documents do not pay for the system calls.
 void dropPages(void* block, unsigned used) {
@@ -48,7 +48,7 @@ void dropPages(void* block, unsigned used) {
     const uintptr_t page = uintptr_t(sysconf(_SC_PAGESIZE));
     const uintptr_t begin = (uintptr_t(b->_data) + page - 1) & ~(page - 1);
     const uintptr_t end = (uintptr_t(b->_data) + used) & ~(page - 1);
-    if (end > begin)
+    if (end > begin && madvise(reinterpret_cast<void*>(begin), end - begin, MADV_FREE) != 0)
         madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED);
 }
 
