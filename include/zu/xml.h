@@ -634,7 +634,7 @@ private:
     bool useUtf16(unsigned int bytes, bool swap, bool marked);
     bool useUtf8(const unsigned char* bytes, unsigned int count);
     void releaseBlocks();
-    static void releaseBlock(void*& block, unsigned int used);
+    static void releaseBlock(void*& block, unsigned int used, bool lazily = true);
     void parseDocument();
 
     // Reading primitives.

@@ -34,12 +34,14 @@ unsigned extraBytes(unsigned char lead) {
     return lead < 0xFC ? 4 : 5;
 }
 
-// Hands the pages of a large block back to the system lazily (the block stays in the
-// pool): the system takes them when it needs memory, and a next parse that comes first
-// reuses them without page faults. Kernels without lazy freeing drop them at once.
-// Only the bytes used (at most the capacity) are concerned, and only from 1 MB up, so
-// that small documents do not pay for the system calls.
-void dropPages(void* block, unsigned used) {
+// Gives the pages of a large block back to the system (the block stays in the pool).
+// Lazily, the system takes them when it needs memory, and a next parse that comes
+// first reuses them without page faults; dropped at once, they leave the resident size,
+// as the read block must in the middle of a parse, where it would raise the peak.
+// Kernels without lazy freeing drop them at once in both cases. Only the bytes used (at
+// most the capacity) are concerned, and only from 1 MB up, so that small documents do
+// not pay for the system calls.
+void dropPages(void* block, unsigned used, bool lazily) {
     const ZuMemoryPool::Block* b = static_cast<const ZuMemoryPool::Block*>(block);
     if (!b || !b->_data || used < (1u << 20))
         return;
@@ -48,16 +50,19 @@ void dropPages(void* block, unsigned used) {
     const uintptr_t page = uintptr_t(sysconf(_SC_PAGESIZE));
     const uintptr_t begin = (uintptr_t(b->_data) + page - 1) & ~(page - 1);
     const uintptr_t end = (uintptr_t(b->_data) + used) & ~(page - 1);
-    if (end > begin && madvise(reinterpret_cast<void*>(begin), end - begin, MADV_FREE) != 0)
-        madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED);
+    if (end <= begin)
+        return;
+    void* start = reinterpret_cast<void*>(begin);
+    if (!lazily || madvise(start, end - begin, MADV_FREE) != 0)
+        madvise(start, end - begin, MADV_DONTNEED);
 }
 
 } // namespace
 
-void ZuXmlParser::releaseBlock(void*& block, unsigned int used) {
+void ZuXmlParser::releaseBlock(void*& block, unsigned int used, bool lazily) {
     if (!block)
         return;
-    dropPages(block, used);
+    dropPages(block, used, lazily);
     ZuCharPool::_Pool.release(block);
     block = nullptr;
 }
@@ -199,7 +204,7 @@ bool ZuXmlParser::useUtf8(const unsigned char* bytes, unsigned int count) {
         i = j;
     }
     units[n] = 0;
-    releaseBlock(_block, count);
+    releaseBlock(_block, count, false);
     _block = converted;
     _text = units;
     _length = n;
