@@ -6,11 +6,11 @@
 
 #include <benchmark/benchmark.h>
 
+#include "ratio_reporter.h"
+
 #include <fnmatch.h>
 
-#include <cstdio>
 #include <filesystem>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -96,50 +96,6 @@ BENCHMARK(BM_Normalize_LexicallyNormal);
 BENCHMARK(BM_Match_Zu);
 BENCHMARK(BM_Match_Fnmatch);
 
-// Keeps the console output and remembers each benchmark's time for the summary.
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs)
-            if (!run.error_occurred && run.run_type == Run::RT_Iteration) {
-                // With repetitions, the fastest run of each: the least disturbed by
-                // other work on the machine.
-                const std::string name = run.run_name.function_name;
-                const double t = run.GetAdjustedCPUTime();
-                auto it = _times.find(name);
-                if (it == _times.end() || t < it->second) _times[name] = t;
-            }
-        ConsoleReporter::ReportRuns(runs);
-    }
-
-    // For BM_<Op>_Zu and each BM_<Op>_<Peer>: peer time / Zu time.
-    void printRatios() const {
-        std::printf("\nRatios (peer CPU time / Zu CPU time; above 1 means Zu is faster):\n");
-        for (const auto& [name, zuTime] : _times) {
-            const std::string suffix = "_Zu";
-            if (name.size() < suffix.size() ||
-                name.compare(name.size() - suffix.size(), suffix.size(), suffix) != 0)
-                continue;
-            const std::string op = name.substr(0, name.size() - suffix.size() + 1);
-            for (const auto& [peer, peerTime] : _times)
-                if (peer != name && peer.compare(0, op.size(), op) == 0)
-                    std::printf("  %-20s %-16s %8.2fx\n", name.c_str(), peer.substr(op.size()).c_str(),
-                                peerTime / zuTime);
-        }
-    }
-
-private:
-    std::map<std::string, double> _times;
-};
-
 } // namespace
 
-int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.printRatios();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return ZuSummaryReporter().runMain(argc, argv); }

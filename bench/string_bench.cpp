@@ -6,13 +6,14 @@
 
 #include <benchmark/benchmark.h>
 
+#include "ratio_reporter.h"
+
 #include <cctype>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
-#include <map>
 #include <string>
 #include <strings.h>
 #include <vector>
@@ -200,44 +201,6 @@ BENCHMARK(BM_WideIndexOf_Zu);
 BENCHMARK(BM_WideIndexOf_StdWString);
 BENCHMARK(BM_WideIndexOf_Wcsstr);
 
-// Keeps the console output and remembers each benchmark's time for the summary.
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs)
-            if (!run.error_occurred && run.run_type == Run::RT_Iteration)
-                _times[run.benchmark_name()] = run.GetAdjustedCPUTime();
-        ConsoleReporter::ReportRuns(runs);
-    }
-
-    // For BM_<Op>_Zu and each BM_<Op>_<Peer>: peer time / Zu time.
-    void printRatios() const {
-        std::printf("\nRatios (peer CPU time / Zu CPU time; above 1 means Zu is faster):\n");
-        for (const auto& [name, zuTime] : _times) {
-            const std::string suffix = "_Zu";
-            if (name.size() < suffix.size() ||
-                name.compare(name.size() - suffix.size(), suffix.size(), suffix) != 0)
-                continue;
-            const std::string op = name.substr(0, name.size() - suffix.size() + 1);
-            for (const auto& [peer, peerTime] : _times)
-                if (peer != name && peer.compare(0, op.size(), op) == 0)
-                    std::printf("  %-28s %-14s %8.2fx\n", name.c_str(),
-                                peer.substr(op.size()).c_str(), peerTime / zuTime);
-        }
-    }
-
-private:
-    std::map<std::string, double> _times;
-};
-
 } // namespace
 
-int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.printRatios();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return ZuSummaryReporter().runMain(argc, argv); }
