@@ -670,6 +670,10 @@ private:
     bool parseReference(ZuXmlCharRefI*& ref);
     bool parseName(char*& name);
     const unsigned short* scanName(const unsigned short* p) const;
+    // Reads up to and past `first` followed by `rest`. The end of input records
+    // EARLY_END_OF_DOCUMENT; with cdata, a control character other than white space
+    // records INVALID_CDATA. False on either.
+    bool scanPast(int first, const char* rest, bool cdata);
     bool parseComment();
     bool parsePI();
     bool parseCDSect();

@@ -238,19 +238,28 @@ bool ZuXmlParser::parseLiteral(bool pubid) {
     }
 }
 
-bool ZuXmlParser::parseComment() {
-    if (!parseString("<!--"))
-        return false;
-    const Marker marker(*this, _position);
+bool ZuXmlParser::scanPast(int first, const char* rest, bool cdata) {
     for (;;) {
         const int c = nextChar();
         if (c == 0) {
             error(ZuXmlError::EarlyEndOfDocument);
             return false;
         }
-        if (c == '-' && parseChar('-'))
-            break;
+        if (c == first && parseString(rest))
+            return true;
+        if (cdata && c < 32 && !IsSpace_(c)) {
+            error(ZuXmlError::InvalidCData);
+            return false;
+        }
     }
+}
+
+bool ZuXmlParser::parseComment() {
+    if (!parseString("<!--"))
+        return false;
+    const Marker marker(*this, _position);
+    if (!scanPast('-', "-", false))
+        return false;
     if (!parseChar('>')) {
         error(ZuXmlError::InvalidCommentChars);
         return false;
@@ -281,16 +290,10 @@ bool ZuXmlParser::parsePI() {
         error(ZuXmlError::ReservedPITargetName);
     parseS();
     const Marker marker(*this, _position);
-    for (;;) {
-        const int c = nextChar();
-        if (c == 0) {
-            // An unterminated instruction ends the parse instead of scanning forever.
-            delete[] target;
-            error(ZuXmlError::EarlyEndOfDocument);
-            return false;
-        }
-        if (c == '?' && parseChar('>'))
-            break;
+    // An unterminated instruction ends the parse instead of scanning forever.
+    if (!scanPast('?', ">", false)) {
+        delete[] target;
+        return false;
     }
     char* data = marker.getBlock(_position, 2);
     ZuXmlPII* pi = _document->createPI();
@@ -309,19 +312,8 @@ bool ZuXmlParser::parseCDSect() {
     if (!parseString("<![CDATA["))
         return false;
     const Marker marker(*this, _position);
-    for (;;) {
-        const int c = nextChar();
-        if (c == 0) {
-            error(ZuXmlError::EarlyEndOfDocument);
-            return false;
-        }
-        if (c == ']' && parseString("]>"))
-            break;
-        if (c < 32 && !IsSpace_(c)) {
-            error(ZuXmlError::InvalidCData);
-            return false;
-        }
-    }
+    if (!scanPast(']', "]>", true))
+        return false;
     char* data = marker.getBlock(_position, 3);
     ZuXmlCDataI* cdata = _document->createCData();
     if (!cdata) {
