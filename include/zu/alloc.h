@@ -109,7 +109,8 @@ inline ZuMemoryManager* ZuMemoryManager::GetInstance() {
 
 inline void* ZuMemoryManager::alloc(size_t size) {
     // size - 1 wraps for 0, which takes the slow path (served as 8 bytes there).
-    if (_fastPath && ZuMemoryManagerStats::Trace == 0 && size - 1 < 64) {
+    // One test for the size and the trace mode: any mode bit lands far above 63.
+    if (((size - 1) | size_t(ZuMemoryManagerStats::Trace) << 32) < 64 && _fastPath) {
         const size_t k = (size - 1) >> 3;
         void* cell = _freeLists[k];
         if (cell) {
@@ -130,7 +131,7 @@ inline void* ZuMemoryManager::alloc(size_t size) {
 }
 
 inline void ZuMemoryManager::release(void* p, size_t size) {
-    if (_fastPath && ZuMemoryManagerStats::Trace == 0 && p && size - 1 < 64) {
+    if (((size - 1) | size_t(ZuMemoryManagerStats::Trace) << 32) < 64 && _fastPath && p) {
         void*& head = _freeLists[(size - 1) >> 3];
         std::memcpy(p, &head, sizeof head);
         head = p;
