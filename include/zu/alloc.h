@@ -71,6 +71,8 @@ private:
     // Everything but the common case of a cell with statistics off.
     void* allocSlow(size_t size);
     void releaseSlow(void* p, size_t size);
+    // A cell class (1 to 64 bytes), statistics off and the manager switched on.
+    inline bool inlinePath(size_t size) const;
     void* carve(size_t rounded);
     bool outstandingCells() const;
 
@@ -107,13 +109,18 @@ inline ZuMemoryManager* ZuMemoryManager::GetInstance() {
     return _instance ? _instance : CreateInstance();
 }
 
+inline bool ZuMemoryManager::inlinePath(size_t size) const {
+    // One test for the size and the trace mode: any mode bit lands far above 63. size - 1
+    // wraps for 0, which takes the slow path (served as 8 bytes there).
+    const size_t key = (size - 1) | size_t(ZuMemoryManagerStats::Trace) << 32;
+    return __builtin_expect(key < 64 && _fastPath, 1);
+}
+
 inline void* ZuMemoryManager::alloc(size_t size) {
-    // size - 1 wraps for 0, which takes the slow path (served as 8 bytes there).
-    // One test for the size and the trace mode: any mode bit lands far above 63.
-    if (((size - 1) | size_t(ZuMemoryManagerStats::Trace) << 32) < 64 && _fastPath) {
+    if (inlinePath(size)) {
         const size_t k = (size - 1) >> 3;
         void* cell = _freeLists[k];
-        if (cell) {
+        if (__builtin_expect(cell != nullptr, 1)) {
             void* next;
             std::memcpy(&next, cell, sizeof next); // a free cell links the next one
             _freeLists[k] = next;
@@ -131,7 +138,7 @@ inline void* ZuMemoryManager::alloc(size_t size) {
 }
 
 inline void ZuMemoryManager::release(void* p, size_t size) {
-    if (((size - 1) | size_t(ZuMemoryManagerStats::Trace) << 32) < 64 && _fastPath && p) {
+    if (inlinePath(size) && p) {
         void*& head = _freeLists[(size - 1) >> 3];
         std::memcpy(p, &head, sizeof head);
         head = p;
