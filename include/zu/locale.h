@@ -166,8 +166,8 @@ public:
     ZuExtensionList& operator=(const ZuExtensionList&) = delete;
 
     // Appends and returns the new count. A full list doubles its capacity (0 becomes
-    // 1, capped at 65535) and releases the old array. Null, or a list holding 65535
-    // entries, is not added (the count is returned unchanged).
+    // 1, capped at 65535) and releases the old array. Null is appended like any entry
+    // (find skips it); a list holding 65535 entries adds nothing and returns the count.
     uint16_t add(ZuLocaleExtension* extension);
     // Removes the first entry equal to extension, shifting the later ones down.
     void remove(ZuLocaleExtension* extension);

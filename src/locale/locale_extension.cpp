@@ -23,7 +23,7 @@ ZuExtensionList::ZuExtensionList() : _extensions(nullptr), _count(0), _capacity(
 ZuExtensionList::~ZuExtensionList() { delete[] _extensions; }
 
 uint16_t ZuExtensionList::add(ZuLocaleExtension* extension) {
-    if (!extension || _count == UINT16_MAX)
+    if (_count == UINT16_MAX)
         return _count;
     if (_count == _capacity) {
         uint16_t capacity = _capacity == 0 ? 1
@@ -53,7 +53,7 @@ void ZuExtensionList::remove(ZuLocaleExtension* extension) {
 
 ZuLocaleExtension* ZuExtensionList::find(int type) const {
     for (uint16_t i = 0; i < _count; ++i)
-        if (_extensions[i]->getType() == type)
+        if (_extensions[i] && _extensions[i]->getType() == type) // null entries are skipped
             return _extensions[i];
     return nullptr;
 }

@@ -29,7 +29,7 @@ TEST(LocaleExtension, ListDoublesFindsTheFirstOfATypeAndShiftsOnRemove) {
     zu_test::LocaleState state;
     ZuLocale* locale = new ZuLocale("C");
     Tagged* e[5] = {new Tagged(locale, 1), new Tagged(locale, 2), new Tagged(locale, 2),
-                    new Tagged(locale, 3), new Tagged(locale, 4)};
+                    new Tagged(locale, 3), nullptr}; // null is appended too
     ZuExtensionList list;
     const int capacity[] = {1, 2, 4, 4, 8};
     for (int i = 0; i < 5; ++i) {
