@@ -5,6 +5,8 @@
 #include <zu/i18n.h>
 #include <zu/pool.h>
 
+#include "../string/utf8_lengths.h"
+
 #include <cstdint>
 #include <cstring>
 #include <istream>
@@ -20,19 +22,6 @@ namespace {
 const unsigned Chunk = 2048;
 // Inputs beyond this cannot be held in a pool block with room for the decoding.
 const unsigned LargestInput = 0x3FFFF000u;
-
-// Continuation bytes after a lead byte, as the UTF-8 conversion counts them.
-unsigned extraBytes(unsigned char lead) {
-    if (lead < 0xC0)
-        return 0;
-    if (lead < 0xE0)
-        return 1;
-    if (lead < 0xF0)
-        return 2;
-    if (lead < 0xF8)
-        return 3;
-    return lead < 0xFC ? 4 : 5;
-}
 
 // Gives the pages of a large block back to the system (the block stays in the pool).
 // Lazily, the system takes them when it needs memory, and a next parse that comes
@@ -190,7 +179,7 @@ bool ZuXmlParser::useUtf8(const unsigned char* bytes, unsigned int count) {
         }
         unsigned j = i;
         while (j < count && bytes[j] >= 0x80)
-            j += 1 + extraBytes(bytes[j]);
+            j += 1 + zu_utf8::bytesFromUTF8[bytes[j]];
         if (j > count)
             j = count;
         unsigned length = 0;
