@@ -90,14 +90,18 @@ ZuNumeric ZuNumeric::operator*(const ZuNumeric& other) const {
     while (top > 0 && product[top] == 0) --top;
     result._sign = _sign != other._sign ? 1 : 0;
     if (product[top] == 0) return result; // a zero product: empty digits, position 0
-    // Characters of the limbs that reach the 48th digit (seven at most), most significant
-    // first; the characters after the product only have to be readable.
+    // Characters of the limbs from the top, most significant first, as far as the kept
+    // digits reach (48 at most after the top limb's leading zeros); the characters after
+    // them only have to be readable.
     char text[64];
     if (top < 6) std::memset(text, 0, sizeof text);
-    for (int k = top, at = 0; k >= 0 && at < 56; k -= 2, at += 16)
-        sixteenCharacters(product[k], k > 0 ? product[k - 1] : 0, text + at);
+    sixteenCharacters(product[top], top > 0 ? product[top - 1] : 0, text);
     const int first = __builtin_ctzll(load8(text) ^ kZeros) / 8;
-    const int length = 8 * (top + 1) - first - (8 * limbs - countA - countB); // without the padding
+    const int places = 8 * (top + 1) - (8 * limbs - countA - countB); // to the product's end
+    const int end = places < first + MaxDigits ? places : first + MaxDigits;
+    for (int k = top - 2, at = 16; k >= 0 && at < end; k -= 2, at += 16)
+        sixteenCharacters(product[k], k > 0 ? product[k - 1] : 0, text + at);
+    const int length = places - first; // without the padding
     // Each operand gives its point position, or 1 - its digit count when that is below 1.
     const int point = (_pointPosition >= 1 ? _pointPosition : 1 - countA) +
                       (other._pointPosition >= 1 ? other._pointPosition : 1 - countB);
