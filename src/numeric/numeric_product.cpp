@@ -50,28 +50,42 @@ void sixteenCharacters(std::uint64_t high, std::uint64_t low, char* out) {
 // The 2n limbs (least significant first) of the product of two values of at most 8n
 // digits, each read as the integer of its digits followed by "0"s up to 8n digits, so
 // that the limbs are read from the start of the array whatever the digit count. The
-// product's digits are then those of the true product followed by zeros. A partial
-// product is below 10^16 and at most six meet in a limb: one carry pass suffices.
+// product's digits are then those of the true product followed by zeros.
+//
+// The limbs come in pairs (high, low) in SSE2 lanes, and the 32-bit lane multiply forms
+// two partial products at once: pair j times pair l gives the columns 2n-2-2(j+l) and
+// two below it, and times l's swapped pair both halves of the column between. A partial
+// product is below 10^16 and at most six meet in a column: one carry pass suffices.
 template <int n>
 void multiplyLimbs(const char* a, const char* b, std::uint64_t* product) {
-    std::uint64_t x[n], y[n];
+    __m128i x[n / 2], y[n / 2], ySwapped[n / 2];
     for (int j = 0; j < n / 2; ++j) {
-        const __m128i twoA = twoLimbs(a + 16 * j);
-        const __m128i twoB = twoLimbs(b + 16 * j);
-        x[n - 1 - 2 * j] = static_cast<std::uint64_t>(_mm_cvtsi128_si64(twoA));
-        x[n - 2 - 2 * j] = static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(twoA, twoA)));
-        y[n - 1 - 2 * j] = static_cast<std::uint64_t>(_mm_cvtsi128_si64(twoB));
-        y[n - 2 - 2 * j] = static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(twoB, twoB)));
+        x[j] = twoLimbs(a + 16 * j);
+        y[j] = twoLimbs(b + 16 * j);
+        ySwapped[j] = _mm_shuffle_epi32(y[j], 0x4E);
     }
-    // Column by column, each carried as it is complete.
+    std::uint64_t column[2 * n];
+    __m128i evenBefore = _mm_setzero_si128();
+    for (int s = 0; s <= n - 2; ++s) {
+        __m128i even = _mm_setzero_si128(), odd = _mm_setzero_si128();
+        for (int j = s < n / 2 ? 0 : s - n / 2 + 1; j <= (s < n / 2 ? s : n / 2 - 1); ++j) {
+            even = _mm_add_epi64(even, _mm_mul_epu32(x[j], y[s - j]));
+            odd = _mm_add_epi64(odd, _mm_mul_epu32(x[j], ySwapped[s - j]));
+        }
+        // (even's low + the previous even's high, odd's two halves added)
+        const __m128i sums = _mm_add_epi64(_mm_unpacklo_epi64(even, odd), _mm_unpackhi_epi64(evenBefore, odd));
+        column[2 * n - 2 - 2 * s] = static_cast<std::uint64_t>(_mm_cvtsi128_si64(sums));
+        column[2 * n - 3 - 2 * s] = static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(sums, sums)));
+        evenBefore = even;
+    }
+    column[0] = static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(evenBefore, evenBefore)));
     std::uint64_t carry = 0;
-    for (int k = 0; k < 2 * n; ++k) {
-        std::uint64_t t = 0;
-        for (int i = k < n ? 0 : k - n + 1; i <= (k < n ? k : n - 1); ++i) t += x[i] * y[k - i];
-        t += carry; // last, so that only this add waits for the previous column
+    for (int k = 0; k < 2 * n - 1; ++k) {
+        const std::uint64_t t = column[k] + carry;
         carry = t / kBase;
         product[k] = t - carry * kBase;
     }
+    product[2 * n - 1] = carry;
 }
 
 } // namespace
