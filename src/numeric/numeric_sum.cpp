@@ -37,6 +37,32 @@ void clearPadding(std::uint64_t* field) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(field + kWords + 5), zero);
 }
 
+// The digits of an operand placed from field column `at` (9 to 56 for operands whose
+// sum fits the field), as raw words of digit values in memory order: the returned
+// pointer's word k holds the columns [8k, 8k + 8) for k up to 6, zeros before `at` and
+// after the digits. The digits are shifted within words in SSE2 lanes and stored at
+// fixed places in `area` (zeros first); only the returned pointer depends on `at`, so
+// that no branch and no store waits on the alignment, which changes from call to call.
+const std::uint64_t* place(const char* digits, int at, std::uint64_t* area /* 16 */) {
+    const int r = at % 8;
+    const __m128i nibbles = _mm_set1_epi8(0x0F), zero = _mm_setzero_si128();
+    const __m128i left = _mm_cvtsi32_si128(8 * r), right = _mm_cvtsi32_si128(64 - 8 * r);
+    // (b's high lane, v's low lane): the word before each of v's words
+    auto before = [](__m128i b, __m128i v) {
+        return _mm_castpd_si128(_mm_shuffle_pd(_mm_castsi128_pd(b), _mm_castsi128_pd(v), 1));
+    };
+    __m128i c[3];
+    for (int i = 0; i < 3; ++i)
+        c[i] = _mm_and_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(digits + 16 * i)), nibbles);
+    __m128i* out = reinterpret_cast<__m128i*>(area);
+    for (int i = 0; i < 4; ++i) _mm_store_si128(out + i, zero);
+    _mm_store_si128(out + 4, _mm_or_si128(_mm_sll_epi64(c[0], left), _mm_srl_epi64(before(zero, c[0]), right)));
+    _mm_store_si128(out + 5, _mm_or_si128(_mm_sll_epi64(c[1], left), _mm_srl_epi64(before(c[0], c[1]), right)));
+    _mm_store_si128(out + 6, _mm_or_si128(_mm_sll_epi64(c[2], left), _mm_srl_epi64(before(c[1], c[2]), right)));
+    _mm_store_si128(out + 7, _mm_srl_epi64(before(c[2], zero), right));
+    return area + 8 - at / 8;
+}
+
 // Writes the field's characters from column start into digits, without the zeros that
 // end it after the point. The field must have 48 readable characters after any start.
 void finish(char* digits, const std::uint64_t* field, int start, int point) {
@@ -55,14 +81,17 @@ ZuNumeric ZuNumeric::add(const ZuNumeric& other) const {
     // Column `from` is the carry place, the operands follow it.
     const int from = kField - at.width - 1;
     const int atA = from + 1 + at.offsetA, atB = from + 1 + at.offsetB;
+    alignas(16) std::uint64_t areaA[16], areaB[16];
+    const std::uint64_t* wordsA = place(_digits, atA, areaA);
+    const std::uint64_t* wordsB = place(other._digits, atB, areaB);
     std::uint64_t field[2 * kWords];
     clearPadding(field);
     std::uint64_t carry = 0;
     for (int k = kWords - 1; k >= 0; --k) { // the words before `from` come out "0"
         // Adding 246 in every byte makes a byte overflow into the next exactly when its
         // digit sum reaches 10; bytes that did not overflow are left 246 too high.
-        std::uint64_t sum = fieldWord(_digits, atA, 8 * k) +
-                            fieldWord(other._digits, atB, 8 * k) + 0xF6 * kLow + carry;
+        std::uint64_t sum =
+            __builtin_bswap64(wordsA[k]) + __builtin_bswap64(wordsB[k]) + 0xF6 * kLow + carry;
         carry = (sum >> 63) ^ 1;
         sum -= ((sum >> 7) & kLow) * 0xF6;
         field[k] = characters(sum);
@@ -84,19 +113,19 @@ ZuNumeric ZuNumeric::sub(const ZuNumeric& other) const {
     const Alignment at = align(countA, _pointPosition, countB, other._pointPosition);
     if (at.width >= MaxTextDigits || at.width < 0) return result;
     const int from = kField - at.width;
+    alignas(16) std::uint64_t areaA[16], areaB[16];
+    const std::uint64_t* wordsA = place(_digits, from + at.offsetA, areaA);
+    const std::uint64_t* wordsB = place(other._digits, from + at.offsetB, areaB);
     std::uint64_t field[2 * kWords];
     clearPadding(field);
     for (int swapped = 0; swapped < 2; ++swapped) {
         // Called with the smaller magnitude first: give the magnitude of the difference.
-        const char* a = swapped ? other._digits : _digits;
-        const char* b = swapped ? _digits : other._digits;
-        const int atA = from + (swapped ? at.offsetB : at.offsetA);
-        const int atB = from + (swapped ? at.offsetA : at.offsetB);
+        const std::uint64_t* a = swapped ? wordsB : wordsA;
+        const std::uint64_t* b = swapped ? wordsA : wordsB;
         std::uint64_t borrow = 0;
         for (int k = kWords - 1; k >= 0; --k) {
             // A byte that went below zero borrowed from the next and reads 246 + its digit.
-            std::uint64_t difference = fieldWord(a, atA, 8 * k) -
-                                       fieldWord(b, atB, 8 * k) - borrow;
+            std::uint64_t difference = __builtin_bswap64(a[k]) - __builtin_bswap64(b[k]) - borrow;
             borrow = difference >> 63;
             difference -= ((difference >> 7) & kLow) * 0xF6;
             field[k] = characters(difference);
