@@ -1,11 +1,11 @@
 // Word-at-a-time helpers for ZuNumeric arithmetic (internal).
 //
-// The digit strings are worked on eight characters per 64-bit word, read straight from the
-// operands' arrays (a value's array holds NULs after its digits, which read as zero
-// digits). Two orientations are used: "character words" hold eight characters in memory
-// order (the first in the low byte); "value words" hold eight digit values with the least
-// significant (rightmost) digit in the low byte, so that carries and borrows run from byte
-// to byte like those of the 64-bit add itself.
+// The digit strings are worked on eight characters per 64-bit word (a value's array holds
+// NULs after its digits, which read as zero digits). Two orientations are used:
+// "character words" hold eight characters in memory order (the first in the low byte);
+// "value words" hold eight digit values with the least significant (rightmost) digit in
+// the low byte, so that carries and borrows run from byte to byte like those of the
+// 64-bit add itself.
 #ifndef ZU_SRC_NUMERIC_WORDS_H
 #define ZU_SRC_NUMERIC_WORDS_H
 
@@ -38,24 +38,6 @@ inline std::uint64_t load8(const char* p) {
     std::uint64_t v;
     std::memcpy(&v, p, 8);
     return v;
-}
-
-// Value word of the field columns [column, column + 8) when the digits of a value's
-// array stand from column `at` (the NULs after them read as zero digits). Reads stay
-// inside the 49-character array.
-inline std::uint64_t fieldWord(const char* digits, int at, int column) {
-    constexpr int last = kArray + 1 - 8; // the last index an eight-character read may start at
-    const int s = column - at;           // digit index at the word's first column
-    std::uint64_t raw;
-    if (s <= -8 || s >= kArray)
-        return 0;
-    else if (s < 0)
-        raw = load8(digits) << (8 * -s);
-    else if (s <= last)
-        raw = load8(digits + s);
-    else
-        raw = load8(digits + last) >> (8 * (s - last));
-    return __builtin_bswap64(raw & kNibbles);
 }
 
 // Sets a value's digit array to the count characters at source (which has 48 readable
