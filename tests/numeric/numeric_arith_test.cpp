@@ -37,3 +37,10 @@ TEST(NumericArith, WidthLimitsAndTruncation) {
         {"-." + eights + "e-32768", '*', "." + eights + "e-32768", "0"}};             // nothing left
     for (const Case& c : cases) EXPECT_EQ(text(apply(c.a, c.op, c.b)), c.out) << c.a << ' ' << c.op << ' ' << c.b;
 }
+
+// Sums run on AVX-512 kernels where the processor has them; ctest runs this suite again
+// with ZU_NUMERIC_PORTABLE=1 for the portable kernels. Say so when only those can run.
+TEST(NumericArith, WideSumKernelsAvailable) {
+    if (!__builtin_cpu_supports("avx512bw") || !__builtin_cpu_supports("avx512vbmi"))
+        GTEST_SKIP() << "no AVX-512 BW/VBMI on this processor: only the portable sum kernels are tested";
+}
