@@ -2,23 +2,14 @@
 // the signed operators that choose between them.
 #include <zu/numeric.h>
 
-#include "numeric_sums.h"
-
-namespace {
+#include "numeric_kernels.h"
 
 using zu_numeric::SumOutcome;
 
-// Decided when the library loads, so that each sum pays one predictable branch (a sum
-// run by another library's initialiser before this one takes the portable kernels).
-const bool kWide = zu_numeric::wideKernels();
-
-} // namespace
-
 ZuNumeric ZuNumeric::add(const ZuNumeric& other) const {
     ZuNumeric result;
-    const SumOutcome sum =
-        kWide ? zu_numeric::addWide(_digits, _pointPosition, other._digits, other._pointPosition, result._digits)
-              : zu_numeric::addPortable(_digits, _pointPosition, other._digits, other._pointPosition, result._digits);
+    const auto kernel = zu_numeric::useWideKernels ? zu_numeric::addWide : zu_numeric::addPortable;
+    const SumOutcome sum = kernel(_digits, _pointPosition, other._digits, other._pointPosition, result._digits);
     if (!sum.held) return result;
     result._pointPosition = sum.point;
     result._sign = sum.zero ? 0 : _sign;
@@ -27,9 +18,9 @@ ZuNumeric ZuNumeric::add(const ZuNumeric& other) const {
 
 ZuNumeric ZuNumeric::sub(const ZuNumeric& other) const {
     ZuNumeric result;
+    const auto kernel = zu_numeric::useWideKernels ? zu_numeric::subWide : zu_numeric::subPortable;
     const SumOutcome difference =
-        kWide ? zu_numeric::subWide(_digits, _pointPosition, other._digits, other._pointPosition, result._digits)
-              : zu_numeric::subPortable(_digits, _pointPosition, other._digits, other._pointPosition, result._digits);
+        kernel(_digits, _pointPosition, other._digits, other._pointPosition, result._digits);
     if (!difference.held) return result;
     result._pointPosition = difference.point;
     result._sign = difference.zero ? 0 : _sign;

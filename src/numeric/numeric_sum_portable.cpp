@@ -1,6 +1,6 @@
 // The portable digit kernels of ZuNumeric's sums: eight columns per 64-bit word, with
 // SSE2 for placing the operands.
-#include "numeric_sums.h"
+#include "numeric_kernels.h"
 
 #include "numeric_words.h"
 

@@ -7,14 +7,11 @@
 // and p those that pass one on, the columns receiving one are ((g << 1) + p) ^ p.
 // The operands are placed with byte permutes whose indices depend on the alignment, so
 // nothing branches or goes through memory on it.
-#include "numeric_sums.h"
+#include "numeric_kernels.h"
 
 #include <cstdint>
-#include <cstdlib>
 
 #include <immintrin.h>
-
-#define ZU_WIDE __attribute__((target("avx512f,avx512bw,avx512vbmi,bmi,bmi2,lzcnt")))
 
 namespace {
 
@@ -132,19 +129,6 @@ ZU_WIDE SumOutcome subWide(const char* a, int pointA, const char* b, int pointB,
     const int count = keptColumns(nonzero, start, point);
     store(digits, field, start, count);
     return {true, countsAsZero(nonzero, start, count), static_cast<short>(point)};
-}
-
-// The wide kernels need AVX-512 BW and VBMI with the registers enabled by the system
-// (which the processor check includes), BMI2 and LZCNT.
-bool wideKernels() {
-    static const bool usable = [] {
-        const char* portable = std::getenv("ZU_NUMERIC_PORTABLE");
-        if (portable && *portable && !(portable[0] == '0' && portable[1] == '\0')) return false;
-        __builtin_cpu_init();
-        return __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vbmi") &&
-               __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("lzcnt");
-    }();
-    return usable;
 }
 
 } // namespace zu_numeric

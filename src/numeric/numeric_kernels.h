@@ -2,12 +2,15 @@
 //
 // A kernel aligns two magnitudes on their points, adds or subtracts them digit by digit
 // and writes the result's characters into a value's digit array. Two sets exist: a
-// portable one (SSE2, any x86-64) and a wide one (AVX-512 BW + VBMI) that does the whole
-// column work in one 64-byte register; both give the same digits. The wide set is used
-// when the processor has it, unless the environment variable ZU_NUMERIC_PORTABLE is set
-// to a non-empty value other than "0" (read once; the tests run both sets).
-#ifndef ZU_SRC_NUMERIC_SUMS_H
-#define ZU_SRC_NUMERIC_SUMS_H
+// portable one (SSE2, any x86-64) and a wide one (AVX-512) that does the whole column
+// work in one 64-byte register; both give the same digits. The wide set is used when
+// the processor has it, unless the environment variable ZU_NUMERIC_PORTABLE is set to a
+// non-empty value other than "0" (read when the library loads; the tests run both sets).
+#ifndef ZU_SRC_NUMERIC_KERNELS_H
+#define ZU_SRC_NUMERIC_KERNELS_H
+
+// Compiles a function for the wide set's instructions.
+#define ZU_WIDE __attribute__((target("avx512f,avx512bw,avx512vbmi,bmi,bmi2,lzcnt")))
 
 namespace zu_numeric {
 
@@ -37,16 +40,13 @@ inline Alignment align(int countA, int pointA, int countB, int pointB) {
 
 // |a| + |b| and the magnitude of |a| - |b|, for digit arrays of 48 characters and NULs
 // after the digits (a value's array); `digits` is the result's array, all NULs on entry.
-using SumKernel = SumOutcome (*)(const char* a, int pointA, const char* b, int pointB,
-                                 char* digits);
-
 SumOutcome addPortable(const char* a, int pointA, const char* b, int pointB, char* digits);
 SumOutcome subPortable(const char* a, int pointA, const char* b, int pointB, char* digits);
 SumOutcome addWide(const char* a, int pointA, const char* b, int pointB, char* digits);
 SumOutcome subWide(const char* a, int pointA, const char* b, int pointB, char* digits);
 
-// True when the wide kernels may run here (decided once).
-bool wideKernels();
+// True when the wide kernels run here; false until the library's initialisers have run.
+extern const bool useWideKernels;
 
 } // namespace zu_numeric
 
