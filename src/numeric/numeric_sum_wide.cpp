@@ -9,6 +9,8 @@
 // nothing branches or goes through memory on it.
 #include "numeric_kernels.h"
 
+#include <zu/numeric.h>
+
 #include <cstdint>
 
 #include <immintrin.h>
@@ -18,7 +20,7 @@ namespace {
 using zu_numeric::Alignment;
 using zu_numeric::SumOutcome;
 
-constexpr int kArray = 48; // digit characters a value's array holds
+constexpr int kArray = ZuNumeric::MaxTextDigits; // digit characters a value's array holds
 constexpr std::uint64_t kArrayMask = (std::uint64_t{1} << kArray) - 1;
 
 int maxOf(int a, int b) { return a > b ? a : b; }
