@@ -31,12 +31,24 @@ struct Alignment {
     int offsetB;
 };
 
+inline int maxOf(int a, int b) { return a > b ? a : b; }
+inline int minOf(int a, int b) { return a < b ? a : b; }
+
 inline Alignment align(int countA, int pointA, int countB, int pointB) {
-    const int point = pointA > pointB ? pointA : pointB;
-    const int fractionA = countA - pointA, fractionB = countB - pointB;
-    const int fraction = fractionA > fractionB ? fractionA : fractionB;
+    const int point = maxOf(pointA, pointB);
+    const int fraction = maxOf(countA - pointA, countB - pointB);
     return {point + fraction, point, point - pointA, point - pointB};
 }
+
+// Digits a result keeps of the `count` it has from its first place: the zeros ending it
+// go, as far as they stand after the point.
+inline int keptDigits(int count, int trailingZeros, int point) {
+    return count - minOf(trailingZeros, maxOf(count - maxOf(point, 0), 0));
+}
+
+// Leading zeros a difference drops: they go while digits stand before the point, as the
+// parser holds them.
+inline int droppedZeros(int leadingZeros, int point) { return minOf(leadingZeros, maxOf(point, 0)); }
 
 // |a| + |b| and the magnitude of |a| - |b|, for digit arrays of 48 characters and NULs
 // after the digits (a value's array); `digits` is the result's array, all NULs on entry.

@@ -8,9 +8,6 @@ namespace {
 
 using zu_numeric::SumOutcome;
 
-int maxOf(int a, int b) { return a > b ? a : b; }
-int minOf(int a, int b) { return a < b ? a : b; }
-
 // The field: kField columns, the operands aligned on the point and right-aligned at its
 // end; column j stands for ten to the power (point - 1 - (j - first column)).
 constexpr int kField = 56;
@@ -56,8 +53,7 @@ const std::uint64_t* place(const char* digits, int at, std::uint64_t* area /* 14
 // Writes the field's characters from column start into digits, without the zeros that
 // end it after the point. The field must have 48 readable characters after any start.
 void finish(char* digits, const std::uint64_t* field, int start, int point) {
-    int count = kField - start;
-    count -= minOf(trailingZeroCharacters(field, kWords), maxOf(count - maxOf(point, 0), 0));
+    const int count = zu_numeric::keptDigits(kField - start, trailingZeroCharacters(field, kWords), point);
     storeDigits(digits, reinterpret_cast<const char*>(field) + start, count);
 }
 
@@ -137,8 +133,7 @@ SumOutcome subPortable(const char* a, int pointA, const char* b, int pointB, cha
         digits[0] = '0';
         return {true, true, 1};
     }
-    // Leading zeros go while digits stand before the point, as the parser holds them.
-    const int drop = minOf(first - from, maxOf(at.point, 0));
+    const int drop = zu_numeric::droppedZeros(first - from, at.point);
     const int point = at.point - drop;
     finish(digits, field, from + drop, point);
     return {true, countsAsZero(digits), static_cast<short>(point)};

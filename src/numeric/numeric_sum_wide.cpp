@@ -23,9 +23,6 @@ using zu_numeric::SumOutcome;
 constexpr int kArray = ZuNumeric::MaxTextDigits; // digit characters a value's array holds
 constexpr std::uint64_t kArrayMask = (std::uint64_t{1} << kArray) - 1;
 
-int maxOf(int a, int b) { return a > b ? a : b; }
-int minOf(int a, int b) { return a < b ? a : b; }
-
 // The low n bits (n from 0 to 64).
 ZU_WIDE std::uint64_t lowBits(int n) {
     return _bzhi_u64(~std::uint64_t{0}, static_cast<unsigned>(n));
@@ -62,8 +59,7 @@ ZU_WIDE void store(char* digits, __m512i field, int start, int count) {
 // Columns to write from `start`: up to the field's end, without the zeros that end it
 // after the point (`nonzero` has bit j set for a non-zero column 63 - j).
 ZU_WIDE int keptColumns(std::uint64_t nonzero, int start, int point) {
-    const int count = 64 - start;
-    return count - minOf(static_cast<int>(_tzcnt_u64(nonzero)), maxOf(count - maxOf(point, 0), 0));
+    return zu_numeric::keptDigits(64 - start, static_cast<int>(_tzcnt_u64(nonzero)), point);
 }
 
 // Whether the written digits count as zero: none, or a "0" first.
@@ -124,8 +120,7 @@ ZU_WIDE SumOutcome subWide(const char* a, int pointA, const char* b, int pointB,
     const __m512i field = _mm512_min_epu8(borrowed, _mm512_add_epi8(borrowed, _mm512_set1_epi8(10)));
     const std::uint64_t nonzero = _mm512_test_epi8_mask(field, field);
     const int first = static_cast<int>(_lzcnt_u64(nonzero)); // column of the first non-zero digit
-    // Leading zeros go while digits stand before the point, as the parser holds them.
-    const int drop = minOf(first - from, maxOf(at.point, 0));
+    const int drop = zu_numeric::droppedZeros(first - from, at.point);
     const int point = at.point - drop;
     const int start = from + drop;
     const int count = keptColumns(nonzero, start, point);
